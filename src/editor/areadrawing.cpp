@@ -1,0 +1,130 @@
+// Drawing object areas with the mouse and naming them from the side's name menu.
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "editor.h"
+
+namespace skin {
+namespace {
+
+// 45 twips are 3 pixels: a smaller drag is taken for a click and discarded.
+constexpr int kMinimumDrag = 45;
+
+// One axis of ExtendArea. The edge test looks at the box's edge before this movement, so a
+// movement that crosses the picture's edge overshoots once and the next one pins the box.
+void extendAxis(float& size, float start, float pointer, std::int16_t anchor, float pictureStart,
+                float pictureSize) {
+    const float d = pointer - static_cast<float>(anchor);
+    const float pictureEnd = pictureStart + pictureSize;
+    if (d < size) {
+        if (d >= 0) size = d;  // a negative size is never applied: the box does not turn over
+    } else if (pictureEnd > start + size) {
+        size = d;
+    } else {
+        const float pinned = pictureEnd - start;
+        if (pinned >= 0) size = pinned;
+    }
+}
+
+// The release must lie at least 45 twips right of and below the anchor; the sums are 16-bit.
+bool farEnough(float pointer, std::int16_t anchor) {
+    const int sum = anchor + kMinimumDrag;
+    if (sum > std::numeric_limits<std::int16_t>::max()) return false;  // not reachable on the surface
+    return static_cast<double>(pointer) >= sum;
+}
+
+}  // namespace
+
+void Editor::BeginArea(SkinSide side, float x, float y) {
+    const RectF picture = surface_.pictureFrames[SideIndex(side)];
+    BoxElement& box = ensureBox(side, document_.BoxCount(side));
+    DragAnchor& anchor = surface_.dragAnchor[SideIndex(side)];
+    box.rect.Width = 0;
+    box.rect.Height = 0;
+    box.rect.Top = picture.Top + y;
+    anchor.Y = RoundToInt16(y);
+    box.rect.Left = picture.Left + x;
+    anchor.X = RoundToInt16(x);
+    box.visible = true;
+    Refresh();
+}
+
+void Editor::ExtendArea(SkinSide side, float x, float y) {
+    const RectF picture = surface_.pictureFrames[SideIndex(side)];
+    const DragAnchor anchor = surface_.dragAnchor[SideIndex(side)];
+    BoxElement& box = ensureBox(side, document_.BoxCount(side));
+    extendAxis(box.rect.Width, box.rect.Left, x, anchor.X, picture.Left, picture.Width);
+    extendAxis(box.rect.Height, box.rect.Top, y, anchor.Y, picture.Top, picture.Height);
+    Refresh();
+}
+
+void Editor::EndArea(SkinSide side, float x, float y) {
+    const int n = document_.BoxCount(side);
+    const DragAnchor anchor = surface_.dragAnchor[SideIndex(side)];
+    if (!farEnough(x, anchor.X) || !farEnough(y, anchor.Y)) {
+        ensureBox(side, n).visible = false;  // the box count stays: the next drag reuses it
+        Refresh();
+        return;
+    }
+    BringBoxToFront(side, n);
+    surface_.areaNamed[SideIndex(side)] = false;
+    Refresh();  // the grown box is on screen while the menu is open
+    const std::optional<AreaKind> choice = platform_.ShowNameMenu(side, surface_.menuEnabled[SideIndex(side)]);
+    if (choice) NameArea(side, *choice);
+    CloseArea(side);
+}
+
+bool Editor::NameArea(SkinSide side, AreaKind kind) {
+    if (kind < 0 || kind >= kAreaKinds) return false;
+    const int n = document_.BoxCount(side);
+    BoxElement& box = ensureBox(side, n);
+    const AreaRect rect{RoundToInt16(box.rect.Left), RoundToInt16(box.rect.Top), RoundToInt16(box.rect.Width),
+                        RoundToInt16(box.rect.Height)};
+    document_.AssignArea(side, kind, rect);
+    const AreaKindInfo& info = KindInfo(side, kind);
+    box.tag = info.areaName;
+    if (info.textField) {
+        box.visible = false;
+        surface_.TextFieldBox(*info.textField) = n;
+        surface_.Label(*info.textField).rect = {static_cast<float>(rect.Left), static_cast<float>(rect.Top),
+                                                static_cast<float>(rect.Width), static_cast<float>(rect.Height)};
+        SelectTextField(*info.textField);
+    } else {
+        SelectBox(side, n);
+    }
+    surface_.menuEnabled[SideIndex(side)][kind] = false;
+    surface_.areaNamed[SideIndex(side)] = true;
+    Refresh();
+    return true;
+}
+
+void Editor::CloseArea(SkinSide side) {
+    const int n = document_.BoxCount(side);
+    // A dismissed menu or "Cancel" discards the box, and its index is used up all the same.
+    if (!surface_.areaNamed[SideIndex(side)]) ensureBox(side, n).visible = false;
+    document_.IncrementBoxCount(side);
+    Refresh();
+}
+
+void Editor::SelectBox(SkinSide side, int index) {
+    const auto& list = surface_.Boxes(side);
+    if (index < 0 || index >= static_cast<int>(list.size())) return;
+    setSelectionStatus("Current Selection: " + list[index].tag, Selection::Box(side, index));
+    Refresh();
+}
+
+void Editor::SelectTextField(TextField field) {
+    setSelectionStatus(std::string(SelectionStatusText(field)), Selection::Label(field));
+    Refresh();
+}
+
+void Editor::BringBoxToFront(SkinSide side, int index) {
+    if (index < 0) return;
+    ensureBox(side, index).z = ++surface_.nextZ;
+    Refresh();
+}
+
+void Editor::SetAreaNamed(SkinSide side, bool named) { surface_.areaNamed[SideIndex(side)] = named; }
+
+}  // namespace skin

@@ -1,0 +1,258 @@
+// HE2 decoder. The header is checked in stream order; the payload is decoded through a 12-bit
+// lookup table that yields up to three whole symbols at a time, and every case the table cannot
+// settle (long codes, a missing child, the last bytes of payload or output) falls back to the
+// bit-by-bit tree walk, so errors arise at exactly the bit where the tree walk meets them.
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "huffmancoding.h"
+#include "huffmanformat.h"
+
+namespace skin {
+namespace {
+
+using namespace he2;
+
+CodecError Fail(std::string_view description) {
+    return {kHuffmanErrorNumber, std::string(kHuffmanErrorSource), std::string(description)};
+}
+
+CodecError InvalidArgument() {
+    return {kInvalidArgumentNumber, std::string(kHuffmanErrorSource),
+            std::string(kInvalidArgumentDescription)};
+}
+
+// ---- header ----------------------------------------------------------------------------------
+
+// An optional sign and at least one decimal digit, with a value that fits 32 signed bits.
+std::optional<std::int32_t> ParseLength(std::string_view text) {
+    bool negative = false;
+    if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
+        negative = text.front() == '-';
+        text.remove_prefix(1);
+    }
+    if (text.empty()) return std::nullopt;
+    const std::int64_t limit = negative ? std::int64_t{INT32_MAX} + 1 : INT32_MAX;
+    std::int64_t value = 0;
+    for (char c : text) {
+        if (c < '0' || c > '9') return std::nullopt;
+        value = value * 10 + (c - '0');
+        if (value > limit) return std::nullopt;
+    }
+    return static_cast<std::int32_t>(negative ? -value : value);
+}
+
+std::size_t CodeBytes(unsigned bitCount) { return (bitCount + kBitsPerByte - 1) / kBitsPerByte; }
+
+// Whether every entry of the lookup table is complete: symbol, bit count and code bytes.
+bool TableIsWhole(std::string_view table) {
+    std::size_t p = 0;
+    while (p < table.size()) {
+        if (++p >= table.size()) return false;
+        const auto bitCount = static_cast<unsigned char>(table[p++]);
+        if (CodeBytes(bitCount) > table.size() - p) return false;
+        p += CodeBytes(bitCount);
+    }
+    return true;
+}
+
+// ---- code tree -------------------------------------------------------------------------------
+
+// A child reference: 0 for none (the root is never a child), kLeaf plus the symbol for a leaf,
+// otherwise the index of an inner node. What lies below a leaf is never reached by decoding
+// (reaching a leaf returns to the root), so it is not stored; neither is anything deeper than
+// the payload has bits.
+constexpr std::uint32_t kNone = 0;
+constexpr std::uint32_t kLeaf = 0x80000000u;
+constexpr std::uint32_t kSymbolMask = 0xFFu;
+using TreeNode = std::array<std::uint32_t, 2>;  // [0] the 0 child, [1] the 1 child
+
+std::vector<TreeNode> BuildTree(std::string_view table, std::uint64_t payloadBits) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(table.data());
+    const unsigned reachable = static_cast<unsigned>(std::min<std::uint64_t>(kMaxCodeBits, payloadBits));
+    std::vector<TreeNode> tree(1, TreeNode{kNone, kNone});
+    std::size_t p = 0;
+    while (p < table.size()) {
+        const unsigned symbol = bytes[p];
+        const unsigned bitCount = bytes[p + 1];
+        const unsigned char* code = bytes + p + 2;
+        p += 2 + CodeBytes(bitCount);
+        // An empty code names the root, which decoding never tests for a leaf.
+        std::uint32_t node = 0;
+        for (unsigned i = 0; i < bitCount && i < reachable; ++i) {
+            const unsigned bit = (code[i / kBitsPerByte] >> (i % kBitsPerByte)) & 1u;
+            std::uint32_t& child = tree[node][bit];
+            if (i + 1 == bitCount) {
+                child = kLeaf | symbol;
+                break;
+            }
+            if (child & kLeaf) break;
+            if (child == kNone) {
+                if (tree.size() >= kLeaf) throw std::bad_alloc();
+                child = static_cast<std::uint32_t>(tree.size());
+                tree.push_back(TreeNode{kNone, kNone});  // may move `child`'s storage
+            }
+            node = tree[node][bit];
+        }
+    }
+    return tree;
+}
+
+// ---- lookup table ----------------------------------------------------------------------------
+
+// An entry holds up to three symbols in its low bytes and, in its top byte, the bits they use
+// (low nibble) and their count (high nibble). 0 means the table cannot settle the next symbol.
+constexpr int kLookupBits = 12;
+constexpr std::uint32_t kLookupMask = (1u << kLookupBits) - 1;
+constexpr int kSymbolsPerEntry = 3;
+constexpr int kBitsShift = 24;
+constexpr int kCountShift = 28;
+constexpr std::uint32_t kNibble = 0xF;
+static_assert(kLookupBits <= static_cast<int>(kNibble));
+// Below this output length the table costs more to build than it saves.
+constexpr std::int64_t kLookupWorthwhile = 4096;
+
+std::vector<std::uint32_t> BuildLookup(const std::vector<TreeNode>& tree) {
+    std::vector<std::uint32_t> lookup(std::size_t{1} << kLookupBits);
+    for (std::uint32_t pattern = 0; pattern <= kLookupMask; ++pattern) {
+        std::uint32_t entry = 0, node = 0, count = 0, used = 0;
+        for (int i = 0; i < kLookupBits && count < kSymbolsPerEntry; ++i) {
+            const std::uint32_t child = tree[node][(pattern >> i) & 1u];
+            if (child == kNone) break;
+            if (child & kLeaf) {
+                entry |= (child & kSymbolMask) << (8 * count);
+                ++count;
+                used = static_cast<std::uint32_t>(i) + 1;
+                node = 0;
+            } else {
+                node = child;
+            }
+        }
+        lookup[pattern] = count == 0 ? 0 : entry | (used << kBitsShift) | (count << kCountShift);
+    }
+    return lookup;
+}
+
+// ---- payload ---------------------------------------------------------------------------------
+
+struct BitReader {
+    const unsigned char* payload;
+    std::size_t size;       // D bytes
+    std::uint64_t pos = 0;  // bits taken so far
+};
+
+// One symbol by the plain tree walk, with its checks in their order.
+std::optional<std::string_view> DecodeOneSymbol(const std::vector<TreeNode>& tree, BitReader& in,
+                                                unsigned char*& out) {
+    std::uint32_t node = 0;
+    for (;;) {
+        const std::uint64_t byte = in.pos / kBitsPerByte;
+        if (in.pos % kBitsPerByte == 0 && byte >= in.size) return kHuffmanExpectingMoreBytes;
+        const unsigned bit = (in.payload[byte] >> (in.pos % kBitsPerByte)) & 1u;
+        ++in.pos;
+        const std::uint32_t child = tree[node][bit];
+        if (child == kNone) return kHuffmanLookupTableCorrupt;
+        if (child & kLeaf) {
+            *out++ = static_cast<unsigned char>(child & kSymbolMask);
+            return std::nullopt;
+        }
+        node = child;
+    }
+}
+
+// Decodes until `end`. The fast loop runs while a whole word of payload and room for four
+// entries' worth of symbols (plus one word store) remain; each word gives 57 usable bits, enough
+// for four lookups of 12 bits.
+std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree,
+                                              const std::vector<std::uint32_t>& lookup, BitReader& in,
+                                              unsigned char* out, unsigned char* end) {
+    constexpr int kLookupsPerWord = 4;
+    constexpr std::ptrdiff_t kFastRoom = kLookupsPerWord * kSymbolsPerEntry + sizeof(std::uint32_t);
+    static_assert(kLookupsPerWord * kLookupBits <= 64 - 7);
+    const std::uint32_t* table = lookup.empty() ? nullptr : lookup.data();
+    while (out < end) {
+        if (table && end - out >= kFastRoom && in.pos / kBitsPerByte + sizeof(std::uint64_t) <= in.size) {
+            std::uint64_t word = LoadWord(in.payload + in.pos / kBitsPerByte) >> (in.pos % kBitsPerByte);
+            int k = 0;
+            for (; k < kLookupsPerWord; ++k) {
+                const std::uint32_t entry = table[word & kLookupMask];
+                if (entry == 0) break;
+                std::memcpy(out, &entry, sizeof entry);  // the unused bytes are overwritten later
+                out += entry >> kCountShift;
+                const unsigned bits = (entry >> kBitsShift) & kNibble;
+                word >>= bits;
+                in.pos += bits;
+            }
+            if (k == kLookupsPerWord) continue;
+        }
+        if (auto error = DecodeOneSymbol(tree, in, out)) return error;
+    }
+    return std::nullopt;
+}
+
+unsigned XorOf(const std::string& bytes) {
+    std::uint64_t folded = 0;
+    std::size_t i = 0;
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    for (; i + sizeof folded <= bytes.size(); i += sizeof folded) folded ^= LoadWord(p + i);
+    for (; i < bytes.size(); ++i) folded ^= p[i];
+    for (int shift = 32; shift >= 8; shift /= 2) folded ^= folded >> shift;
+    return static_cast<unsigned>(folded & 0xFF);
+}
+
+}  // namespace
+
+std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
+    if (sData.starts_with(kHe0Signature)) return std::string(sData.substr(kHe0Signature.size()));
+    if (!sData.starts_with(kHe2Signature)) return Fail(kHuffmanNotHe2);
+    std::string_view rest = sData.substr(kHe2Signature.size());
+
+    std::size_t cr = rest.find(kCr);
+    if (cr == std::string_view::npos) return Fail(kHuffmanNotHe2);
+    const auto tableLength = ParseLength(rest.substr(0, cr));
+    if (!tableLength) return Fail(kHuffmanHeaderCorrupt);
+    rest.remove_prefix(cr + 1);
+    if (*tableLength < 0) return InvalidArgument();
+    const std::string_view table = rest.substr(0, static_cast<std::size_t>(*tableLength));
+    rest.remove_prefix(table.size());
+    if (!TableIsWhole(table)) return InvalidArgument();
+
+    if (rest.empty()) return InvalidArgument();  // no byte where the checksum is needed
+    const auto storedChecksum = static_cast<unsigned char>(rest.front());
+    rest.remove_prefix(1);
+
+    cr = rest.find(kCr);
+    if (cr == std::string_view::npos) return Fail(kHuffmanHeaderCorrupt);
+    const auto length = ParseLength(rest.substr(0, cr));
+    if (!length) return Fail(kHuffmanHeaderCorrupt);
+    const std::string_view payload = rest.substr(cr + 1);
+
+    // Every symbol takes at least one bit: a longer claim cannot be met, so nothing is allocated.
+    const std::uint64_t payloadBits = std::uint64_t{payload.size()} * kBitsPerByte;
+    if (*length > 0 && static_cast<std::uint64_t>(*length) > payloadBits)
+        return Fail(kHuffmanExpectingMoreBytes);
+
+    std::string output;
+    BitReader in{reinterpret_cast<const unsigned char*>(payload.data()), payload.size()};
+    if (*length > 0) {
+        const auto tree = BuildTree(table, payloadBits);
+        const auto lookup = *length >= kLookupWorthwhile ? BuildLookup(tree) : std::vector<std::uint32_t>{};
+        output.resize(static_cast<std::size_t>(*length));
+        auto* out = reinterpret_cast<unsigned char*>(output.data());
+        if (auto error = DecodeSymbols(tree, lookup, in, out, out + output.size())) return Fail(*error);
+    }
+    if ((in.pos + kBitsPerByte - 1) / kBitsPerByte < payload.size()) return Fail(kHuffmanExtraBytes);
+    // A negative length produces nothing, so the output's length differs from it.
+    if (static_cast<std::int64_t>(output.size()) != *length) return Fail(kHuffmanChecksumMismatch);
+    if (XorOf(output) != storedChecksum) return Fail(kHuffmanChecksumMismatch);
+    return output;
+}
+
+}  // namespace skin

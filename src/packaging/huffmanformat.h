@@ -1,0 +1,31 @@
+#pragma once
+// Layout constants of the HE2/HE0 streams and the word-access helpers that the encoder and the
+// decoder share. Internal to the coder.
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace skin::he2 {
+
+inline constexpr char kCr = '\r';
+inline constexpr std::string_view kHe2Signature = "HE2\r";
+inline constexpr std::string_view kHe0Signature = "HE0\r";
+inline constexpr int kSymbols = 256;
+inline constexpr int kMaxCodeBits = 255;   // a bit count is one byte
+inline constexpr int kBitsPerByte = 8;
+
+static_assert(std::endian::native == std::endian::little,
+              "the word-at-a-time bit I/O assumes a little-endian machine");
+
+inline std::uint64_t LoadWord(const unsigned char* p) {
+    std::uint64_t word;
+    std::memcpy(&word, p, sizeof word);
+    return word;
+}
+
+inline void StoreWord(unsigned char* p, std::uint64_t word) { std::memcpy(p, &word, sizeof word); }
+
+}  // namespace skin::he2

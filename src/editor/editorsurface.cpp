@@ -37,6 +37,8 @@ std::string replaceAll(std::string_view text, std::string_view from, std::string
 }  // namespace
 
 std::string_view LabelName(TextField field) { return kLabels[FieldIndex(field)].name; }
+std::string_view BoxListName(SkinSide side) { return side == SkinSide::Send ? "imgObjectBox" : "imgRObjectBox"; }
+std::string_view PictureFrameName(SkinSide side) { return side == SkinSide::Send ? "imgSend" : "imgRecieve"; }
 std::string_view SelectionStatusText(TextField field) { return kLabels[FieldIndex(field)].status; }
 float LabelStartTop(TextField field) { return kLabels[FieldIndex(field)].startTop; }
 

@@ -110,41 +110,70 @@ private:
     std::uintmax_t total_ = 0;
 };
 
-// The whole file as lines, or nothing when it cannot be read; a missing file has no lines.
-std::optional<std::vector<std::string>> readAllLines(const std::string& fileName) {
+// A file as it was read for rewriting: its bytes and its lines without their line ends.
+struct IniFile {
+    bool exists = false;
+    std::string data;
+    std::vector<std::string> lines;
+};
+
+// The whole file, or nothing when it cannot be read; a missing file is empty.
+std::optional<IniFile> readForRewrite(const std::string& fileName) {
+    IniFile file;
     std::error_code ec;
     const auto status = std::filesystem::status(fileName, ec);
-    if (status.type() == std::filesystem::file_type::not_found) return std::vector<std::string>{};
+    if (status.type() == std::filesystem::file_type::not_found) return file;
     if (ec || status.type() != std::filesystem::file_type::regular) return std::nullopt;
     const std::uintmax_t size = std::filesystem::file_size(fileName, ec);
     if (ec || size > kIniMaxFileBytes) return std::nullopt;
 
     std::ifstream in(fileName, std::ios::binary);
     if (!in) return std::nullopt;
-    std::string data(static_cast<std::size_t>(size), '\0');
-    in.read(data.data(), static_cast<std::streamsize>(size));
-    data.resize(static_cast<std::size_t>(in.gcount()));
+    file.exists = true;
+    file.data.resize(static_cast<std::size_t>(size));
+    in.read(file.data.data(), static_cast<std::streamsize>(size));
+    file.data.resize(static_cast<std::size_t>(in.gcount()));
 
-    std::vector<std::string> lines;
+    const std::string_view data = file.data;
     std::size_t start = 0;
     while (start < data.size()) {
         std::size_t lf = data.find('\n', start);
-        if (lf == std::string::npos) lf = data.size();
-        std::string_view line(data.data() + start, lf - start);
+        if (lf == std::string_view::npos) lf = data.size();
+        std::string_view line = data.substr(start, lf - start);
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        lines.emplace_back(line);
+        file.lines.emplace_back(line);
         start = lf + 1;
     }
-    return lines;
+    return file;
 }
 
-bool writeAllLines(const std::string& fileName, const std::vector<std::string>& lines) {
+// Writes the lines back, touching only the bytes from the first change on: most writes add
+// at the end, and truncating a file to nothing before rewriting it makes some file systems
+// flush it to disk every time.
+bool rewrite(const std::string& fileName, const IniFile& file) {
     std::string data;
-    for (const std::string& line : lines) data.append(line).append(kLineEnd);
-    std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
-    out.write(data.data(), static_cast<std::streamsize>(data.size()));
-    out.close();
-    return static_cast<bool>(out);
+    for (const std::string& line : file.lines) data.append(line).append(kLineEnd);
+    if (!file.exists) {
+        std::ofstream out(fileName, std::ios::binary);
+        out.write(data.data(), static_cast<std::streamsize>(data.size()));
+        out.close();
+        return static_cast<bool>(out);
+    }
+    const auto mismatch = std::mismatch(data.begin(), data.end(), file.data.begin(), file.data.end());
+    const auto same = static_cast<std::size_t>(mismatch.first - data.begin());
+    {
+        std::fstream out(fileName, std::ios::binary | std::ios::in | std::ios::out);
+        out.seekp(static_cast<std::streamoff>(same));
+        out.write(data.data() + same, static_cast<std::streamsize>(data.size() - same));
+        out.close();
+        if (!out) return false;
+    }
+    if (data.size() < file.data.size()) {
+        std::error_code ec;
+        std::filesystem::resize_file(fileName, data.size(), ec);
+        if (ec) return false;
+    }
+    return true;
 }
 
 }  // namespace
@@ -155,9 +184,9 @@ bool WriteINI(std::string_view section, std::string_view key, std::string_view v
     if (sectionBytes.empty() || keyBytes.empty()) return false;
     const std::string valueBytes = toFileText(value);
 
-    auto read = readAllLines(fileName);
-    if (!read) return false;
-    std::vector<std::string>& lines = *read;
+    auto file = readForRewrite(fileName);
+    if (!file) return false;
+    std::vector<std::string>& lines = file->lines;
 
     // The first section of that name takes the key; any later duplicate is never read.
     std::size_t header = lines.size();
@@ -172,7 +201,7 @@ bool WriteINI(std::string_view section, std::string_view key, std::string_view v
         if (!lines.empty() && !trim(lines.back()).empty()) lines.emplace_back();
         lines.push_back("[" + sectionBytes + "]");
         lines.push_back(keyBytes + "=" + valueBytes);
-        return writeAllLines(fileName, lines);
+        return rewrite(fileName, *file);
     }
 
     // New keys go after the section's last entry, so blank lines and comments that lead into
@@ -184,12 +213,12 @@ bool WriteINI(std::string_view section, std::string_view key, std::string_view v
         if (parsed.kind != ParsedLine::Entry) continue;
         if (sameName(parsed.name, keyBytes)) {
             lines[i] = std::string(parsed.name) + "=" + valueBytes;
-            return writeAllLines(fileName, lines);
+            return rewrite(fileName, *file);
         }
         insertAt = i + 1;
     }
     lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(insertAt), keyBytes + "=" + valueBytes);
-    return writeAllLines(fileName, lines);
+    return rewrite(fileName, *file);
 }
 
 std::string ReadINI(std::string_view section, std::string_view key, const std::string& fileName) {

@@ -32,6 +32,16 @@ TEST_F(IniTest, ReplacesInPlaceAppendsKeysToTheirSectionAndSectionsToTheFile) {
               "\r\n[C]\r\nfour=4\r\n");
 }
 
+TEST_F(IniTest, AShorterValueLeavesNoTailOfTheLongerOne) {
+    const std::string file = Path("shrink.ini");
+    WriteINI("A", "k", "a rather long value", file);
+    WriteINI("B", "k", "b", file);
+    WriteINI("A", "k", "x", file);
+    EXPECT_EQ(Bytes(file), "[A]\r\nk=x\r\n\r\n[B]\r\nk=b\r\n");
+    WriteINI("B", "k", "", file);
+    EXPECT_EQ(Bytes(file), "[A]\r\nk=x\r\n\r\n[B]\r\nk=\r\n");
+}
+
 TEST_F(IniTest, NewKeyGoesAfterTheLastEntryBeforeBlankLinesAndComments) {
     const std::string file = Path("hand.ini");
     PutBytes(file, "; made by hand\n[A]\nx = 1\n; about x\n\n; about B\n[B]\ny=2\n");

@@ -225,6 +225,10 @@ std::string ReadINI(std::string_view section, std::string_view key, const std::s
     const std::string sectionBytes{trim(ToWindows1252(section))};
     const std::string keyBytes{trim(ToWindows1252(key))};
 
+    // Devices and pipes are no INI files: opening one could block or never end.
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(fileName, ec)) return {};
+
     LineReader reader(fileName);
     std::string line;
     bool inSection = false;

@@ -71,6 +71,7 @@ TEST_F(IniTest, MissingFileSectionOrKeyReadsEmpty) {
     EXPECT_EQ(ReadINI("Global", "Skin Author", file), "");
     EXPECT_EQ(ReadINI("Global", "Skin Name", Path("missing/some.ini")), "");
     EXPECT_EQ(ReadINI("Global", "Skin Name", folder_.string()), "");  // a folder reads as nothing
+    EXPECT_EQ(ReadINI("Global", "Skin Name", "/dev/zero"), "");         // nor does a device
 }
 
 TEST_F(IniTest, ReadsTheProfileDialect) {

@@ -15,18 +15,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Made once per process and removed at exit; never destroyed, so the exit hook can use it.
 const fs::path& workFolder() {
-    static const fs::path folder = [] {
-        fs::path path = fs::temp_directory_path() / ("fuzz_unzip-" + std::to_string(::getpid()));
-        fs::remove_all(path);
-        fs::create_directories(path);
+    static const fs::path* folder = [] {
+        auto* path = new fs::path(fs::temp_directory_path() / ("fuzz_unzip-" + std::to_string(::getpid())));
+        fs::remove_all(*path);
+        fs::create_directories(*path);
         std::atexit([] {
             std::error_code ec;
             fs::remove_all(workFolder(), ec);
         });
         return path;
     }();
-    return folder;
+    return *folder;
 }
 
 // Everything in the work folder must be the package, the base folder, or inside `made`.

@@ -107,27 +107,29 @@ std::vector<TreeNode> BuildTree(std::string_view table, std::uint64_t payloadBit
 
 // ---- lookup table ----------------------------------------------------------------------------
 
-// An entry holds up to three symbols in its low bytes and, in its top byte, the bits they use
-// (low nibble) and their count (high nibble). 0 means the table cannot settle the next symbol.
+// An entry holds, from its low end: the bits its symbols use (6 bits, so that a shift by the whole
+// entry shifts by them), their count (2 bits), then up to three symbols, one per byte.
+// 0 means the table cannot settle the next symbol.
 constexpr int kLookupBits = 12;
 constexpr std::uint32_t kLookupMask = (1u << kLookupBits) - 1;
-constexpr int kSymbolsPerEntry = 3;
-constexpr int kBitsShift = 24;
-constexpr int kCountShift = 28;
-constexpr std::uint32_t kNibble = 0xF;
-static_assert(kLookupBits <= static_cast<int>(kNibble));
+constexpr std::uint32_t kSymbolsPerEntry = 3;
+constexpr int kCountShift = 6;
+constexpr std::uint32_t kBitsMask = (1u << kCountShift) - 1;
+constexpr std::uint32_t kCountMask = 3;
+constexpr int kSymbolsShift = 8;
+static_assert(kLookupBits <= static_cast<int>(kBitsMask) && kSymbolsPerEntry <= kCountMask);
 // Below this output length the table costs more to build than it saves.
 constexpr std::int64_t kLookupWorthwhile = 4096;
 
 std::vector<std::uint32_t> BuildLookup(const std::vector<TreeNode>& tree) {
     std::vector<std::uint32_t> lookup(std::size_t{1} << kLookupBits);
     for (std::uint32_t pattern = 0; pattern <= kLookupMask; ++pattern) {
-        std::uint32_t entry = 0, node = 0, count = 0, used = 0;
+        std::uint32_t symbols = 0, node = 0, count = 0, used = 0;
         for (int i = 0; i < kLookupBits && count < kSymbolsPerEntry; ++i) {
             const std::uint32_t child = tree[node][(pattern >> i) & 1u];
             if (child == kNone) break;
             if (child & kLeaf) {
-                entry |= (child & kSymbolMask) << (8 * count);
+                symbols |= (child & kSymbolMask) << (8 * count);
                 ++count;
                 used = static_cast<std::uint32_t>(i) + 1;
                 node = 0;
@@ -135,7 +137,7 @@ std::vector<std::uint32_t> BuildLookup(const std::vector<TreeNode>& tree) {
                 node = child;
             }
         }
-        lookup[pattern] = count == 0 ? 0 : entry | (used << kBitsShift) | (count << kCountShift);
+        lookup[pattern] = count == 0 ? 0 : used | (count << kCountShift) | (symbols << kSymbolsShift);
     }
     return lookup;
 }
@@ -167,30 +169,45 @@ std::optional<std::string_view> DecodeOneSymbol(const std::vector<TreeNode>& tre
     }
 }
 
-// Decodes until `end`. The fast loop runs while a whole word of payload and room for four
-// entries' worth of symbols (plus one word store) remain; each word gives 57 usable bits, enough
-// for four lookups of 12 bits.
-std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree,
-                                              const std::vector<std::uint32_t>& lookup, BitReader& in,
-                                              unsigned char* out, unsigned char* end) {
+// Decodes through the lookup table while a whole word of payload and room for four entries'
+// symbols (plus one word store) remain; each word gives at least 57 usable bits, enough for four
+// lookups of 12 bits. Stops at the first entry the table cannot settle. The state lives in
+// locals: stores through the output pointer could otherwise alias it.
+void DecodeFast(const std::uint32_t* table, BitReader& in, unsigned char*& outRef, unsigned char* end) {
     constexpr int kLookupsPerWord = 4;
     constexpr std::ptrdiff_t kFastRoom = kLookupsPerWord * kSymbolsPerEntry + sizeof(std::uint32_t);
     static_assert(kLookupsPerWord * kLookupBits <= 64 - 7);
-    const std::uint32_t* table = lookup.empty() ? nullptr : lookup.data();
+    if (end - outRef < kFastRoom || in.size < sizeof(std::uint64_t)) return;
+    const unsigned char* const payload = in.payload;
+    const std::uint64_t lastWordByte = in.size - sizeof(std::uint64_t);
+    unsigned char* const fastEnd = end - kFastRoom;
+    unsigned char* out = outRef;
+    std::uint64_t pos = in.pos;
+    while (out <= fastEnd && pos / kBitsPerByte <= lastWordByte) {
+        std::uint64_t word = LoadWord(payload + pos / kBitsPerByte) >> (pos % kBitsPerByte);
+        int k = 0;
+        for (; k < kLookupsPerWord; ++k) {
+            const std::uint32_t entry = table[word & kLookupMask];
+            if (entry == 0) break;
+            const std::uint32_t symbols = entry >> kSymbolsShift;
+            std::memcpy(out, &symbols, sizeof symbols);  // bytes past the count are overwritten later
+            out += (entry >> kCountShift) & kCountMask;
+            word >>= (entry & kBitsMask);
+            pos += entry & kBitsMask;
+        }
+        if (k != kLookupsPerWord) break;
+    }
+    outRef = out;
+    in.pos = pos;
+}
+
+std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree,
+                                              const std::vector<std::uint32_t>& lookup, BitReader& in,
+                                              unsigned char* out, unsigned char* end) {
     while (out < end) {
-        if (table && end - out >= kFastRoom && in.pos / kBitsPerByte + sizeof(std::uint64_t) <= in.size) {
-            std::uint64_t word = LoadWord(in.payload + in.pos / kBitsPerByte) >> (in.pos % kBitsPerByte);
-            int k = 0;
-            for (; k < kLookupsPerWord; ++k) {
-                const std::uint32_t entry = table[word & kLookupMask];
-                if (entry == 0) break;
-                std::memcpy(out, &entry, sizeof entry);  // the unused bytes are overwritten later
-                out += entry >> kCountShift;
-                const unsigned bits = (entry >> kBitsShift) & kNibble;
-                word >>= bits;
-                in.pos += bits;
-            }
-            if (k == kLookupsPerWord) continue;
+        if (!lookup.empty()) {
+            DecodeFast(lookup.data(), in, out, end);
+            if (out == end) break;
         }
         if (auto error = DecodeOneSymbol(tree, in, out)) return error;
     }

@@ -1,0 +1,267 @@
+#include "qtplatform.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QScreen>
+#include <QTimer>
+#include <QUrl>
+
+#include <filesystem>
+
+#include "art.h"
+#include "mainlayout.h"
+#include "qtcolour.h"
+
+namespace skin {
+
+namespace {
+
+QString Q(const std::string& text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// Strips a trailing "(...)" from a filter description; the patterns follow in Qt's form.
+QString BareDescription(QString description)
+{
+    description = description.trimmed();
+    if (description.endsWith(QLatin1Char(')'))) {
+        const qsizetype open = description.lastIndexOf(QLatin1Char('('));
+        if (open > 0) description = description.left(open).trimmed();
+    }
+    return description;
+}
+
+const char* TimerName(EditorTimer timer)
+{
+    return timer == EditorTimer::MoveObject ? "timMoveObject" : "tmrScreenColor";
+}
+
+}  // namespace
+
+QStringList ToQtNameFilters(const std::string& filter)
+{
+    const QStringList parts = Q(filter).split(QLatin1Char('|'));
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        QStringList patterns;
+        for (const QString& pattern : parts[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+            const QString trimmed = pattern.trimmed();
+            if (!trimmed.isEmpty()) patterns << (trimmed == QLatin1String("*.*") ? QStringLiteral("*") : trimmed);
+        }
+        if (patterns.isEmpty()) continue;
+        filters << BareDescription(parts[i]) + QStringLiteral(" (") + patterns.join(QLatin1Char(' ')) +
+                       QLatin1Char(')');
+    }
+    return filters;
+}
+
+QtPlatform::~QtPlatform()
+{
+    SetPickerPointer(false);
+    SetHourglass(false);
+}
+
+LocalDateTime QtPlatform::Now()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDate date = now.date();
+    const QTime time = now.time();
+    return {date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second()};
+}
+
+std::string QtPlatform::TempFolder()
+{
+    std::string folder = std::filesystem::temp_directory_path().string();
+    if (folder.empty() || folder.back() != '/') folder += '/';
+    return folder;
+}
+
+MessageAnswer QtPlatform::ShowMessage(const std::string& text, const std::string& title, MessageIcon icon,
+                                      MessageButtons buttons)
+{
+    QMessageBox::Icon boxIcon = QMessageBox::Information;
+    if (icon == MessageIcon::Question) boxIcon = QMessageBox::Question;
+    if (icon == MessageIcon::Exclamation) boxIcon = QMessageBox::Warning;
+    QString body = Q(text);
+    body.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    QMessageBox box(boxIcon, Q(title), body, QMessageBox::NoButton, &window_);
+    if (buttons == MessageButtons::YesNo) {
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::No);
+        return box.exec() == QMessageBox::Yes ? MessageAnswer::Yes : MessageAnswer::No;
+    }
+    box.setStandardButtons(QMessageBox::Ok);
+    box.setDefaultButton(QMessageBox::Ok);
+    box.exec();
+    return MessageAnswer::Ok;
+}
+
+std::optional<FileChoice> QtPlatform::runFileDialog(const FileDialogSettings& settings, bool save)
+{
+    QFileDialog dialog(&window_);
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    if (!settings.title.empty()) dialog.setWindowTitle(Q(settings.title));
+    const QStringList filters = ToQtNameFilters(settings.filter);
+    if (!filters.isEmpty()) {
+        dialog.setNameFilters(filters);
+        const qsizetype chosen = settings.filterIndex - 1;
+        dialog.selectNameFilter(filters[chosen >= 0 && chosen < filters.size() ? chosen : 0]);
+    }
+    if (save) {
+        // The caller asks its own overwrite question and adds no extension.
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setFileMode(QFileDialog::AnyFile);
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    } else {
+        dialog.setAcceptMode(QFileDialog::AcceptOpen);
+        dialog.setFileMode(QFileDialog::ExistingFile);
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    const QString path = dialog.selectedFiles().constFirst();
+    return FileChoice{path.toStdString(), QFileInfo(path).fileName().toStdString()};
+}
+
+std::optional<FileChoice> QtPlatform::OpenFileDialog(const FileDialogSettings& settings)
+{
+    return runFileDialog(settings, false);
+}
+
+std::optional<FileChoice> QtPlatform::SaveFileDialog(const FileDialogSettings& settings)
+{
+    return runFileDialog(settings, true);
+}
+
+std::optional<OleColour> QtPlatform::ChooseColour(OleColour initial)
+{
+    const QColor chosen =
+        QColorDialog::getColor(ToQColor(initial), &window_, QString(), QColorDialog::DontUseNativeDialog);
+    if (!chosen.isValid()) return std::nullopt;
+    return ToOle(chosen);
+}
+
+std::optional<AreaKind> QtPlatform::ShowNameMenu(SkinSide side, const std::array<bool, kAreaKinds>& enabled)
+{
+    auto* menu = window_.findChild<QMenu*>(side == SkinSide::Send ? QStringLiteral("mnuSend")
+                                                                  : QStringLiteral("mnuRecieve"));
+    if (menu == nullptr) return std::nullopt;
+    for (QAction* item : menu->actions()) {
+        const QVariant kind = item->data();
+        if (kind.isValid()) item->setEnabled(enabled[static_cast<std::size_t>(kind.toInt())]);
+    }
+    const QAction* chosen = menu->exec(QCursor::pos());
+    if (chosen == nullptr || !chosen->data().isValid()) return std::nullopt;  // dismissed or "Cancel"
+    return chosen->data().toInt();
+}
+
+void QtPlatform::SetHourglass(bool on)
+{
+    if (on == hourglass_) return;
+    // Keep the pointer stack in order: the picker pointer, if on, sits above the hourglass.
+    if (pickerPointer_) QApplication::restoreOverrideCursor();
+    if (on) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QApplication::restoreOverrideCursor();
+    }
+    if (pickerPointer_) QApplication::setOverrideCursor(PickerCursor());
+    hourglass_ = on;
+}
+
+void QtPlatform::SetMainWindowInput(bool enabled)
+{
+    window_.setEnabled(enabled);
+}
+
+void QtPlatform::ShowBusyPanel(BusyPanel panel, bool visible)
+{
+    QWidget* shown = window_.findChild<QWidget*>(panel == BusyPanel::Loading ? QStringLiteral("picLoading")
+                                                                            : QStringLiteral("picCreating"));
+    if (shown == nullptr) return;
+    shown->setVisible(visible);
+    if (visible) shown->raise();
+}
+
+void QtPlatform::ProcessPendingEvents()
+{
+    QCoreApplication::processEvents();
+}
+
+void QtPlatform::FocusTextBox(TextBox box)
+{
+    auto* field = window_.findChild<QLineEdit*>(box == TextBox::SkinName ? QStringLiteral("txtSkinName")
+                                                                        : QStringLiteral("txtSkinAuthor"));
+    if (field != nullptr) field->setFocus(Qt::OtherFocusReason);
+}
+
+bool QtPlatform::LoadPicture(SkinSide side, const std::string& path)
+{
+    auto* frame = window_.findChild<QLabel*>(side == SkinSide::Send ? QStringLiteral("imgSend")
+                                                                    : QStringLiteral("imgRecieve"));
+    if (frame == nullptr) return false;
+    QImageReader reader(Q(path));
+    reader.setAutoTransform(true);
+    const QImage image = reader.read();
+    if (image.isNull()) return false;
+    // Stretched to fill the frame exactly, in device pixels so that it stays sharp.
+    const qreal ratio = frame->devicePixelRatioF();
+    QPixmap shown = QPixmap::fromImage(image.scaled(frame->size() * ratio, Qt::IgnoreAspectRatio,
+                                                    Qt::SmoothTransformation));
+    shown.setDevicePixelRatio(ratio);
+    frame->setPixmap(shown);
+    return true;
+}
+
+void QtPlatform::StartTimer(EditorTimer timer)
+{
+    if (auto* ticker = window_.findChild<QTimer*>(QString::fromUtf8(TimerName(timer)))) ticker->start();
+}
+
+void QtPlatform::StopTimer(EditorTimer timer)
+{
+    if (auto* ticker = window_.findChild<QTimer*>(QString::fromUtf8(TimerName(timer)))) ticker->stop();
+}
+
+OleColour QtPlatform::ScreenPixelAtPointer()
+{
+    const QPoint pointer = QCursor::pos();
+    QScreen* screen = QGuiApplication::screenAt(pointer);
+    if (screen == nullptr) return 0;
+    const QPoint local = pointer - screen->geometry().topLeft();
+    const QImage pixel = screen->grabWindow(0, local.x(), local.y(), 1, 1).toImage();
+    if (pixel.isNull()) return 0;
+    return ToOle(pixel.pixelColor(0, 0));
+}
+
+// While a mouse button is held Qt keeps showing the pressed widget's pointer, so the picker
+// pointer goes on the override stack as well as on the window.
+void QtPlatform::SetPickerPointer(bool on)
+{
+    if (on == pickerPointer_) return;
+    if (on) {
+        window_.setCursor(PickerCursor());
+        QApplication::setOverrideCursor(PickerCursor());
+    } else {
+        QApplication::restoreOverrideCursor();
+        window_.unsetCursor();
+    }
+    pickerPointer_ = on;
+}
+
+void QtPlatform::OpenWebPage(const std::string& url)
+{
+    QDesktopServices::openUrl(QUrl(Q(url)));  // failures are not reported
+}
+
+}  // namespace skin

@@ -1,0 +1,182 @@
+// The help window: one instance from the options list, its frame and place, its texts and
+// footer, the close button and the drag areas.
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPointer>
+#include <QtTest>
+
+#include "facebutton.h"
+#include "fakeplatform.h"
+#include "frmhelp.h"
+#include "frmskincreator.h"
+
+using skin::FaceButton;
+using skin::FrmHelp;
+using skin::FrmSkinCreator;
+
+class HelpWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        window = std::make_unique<FrmSkinCreator>();
+        window->setPlatform(&fake);
+        window->move(200, 150);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+    void cleanup() { window.reset(); }
+
+    void opensOnceOwnedOnTopAndCentred()
+    {
+        chooseHelp();
+        QPointer<FrmHelp> help = window->helpWindow();
+        QVERIFY(help != nullptr);
+        QVERIFY(help->isVisible());
+        chooseHelp();  // shown again: the same window, brought forward
+        QCOMPARE(window->findChildren<FrmHelp*>().size(), 1);
+        QCOMPARE(window->helpWindow(), help.data());
+        QCOMPARE(help->objectName(), QStringLiteral("frmHelp"));
+        QCOMPARE(help->size(), QSize(680, 272));
+        QCOMPARE(help->parentWidget(), window.get());
+        const Qt::WindowFlags flags = help->windowFlags();
+        QVERIFY(flags.testFlag(Qt::FramelessWindowHint));
+        QVERIFY(flags.testFlag(Qt::WindowStaysOnTopHint));
+        QCOMPARE(help->windowType(), Qt::Tool);
+        QCOMPARE(help->windowTitle(), QStringLiteral("Help - Brindleway Skin Framewright"));
+        const QPointF offCentre = QRectF(help->geometry()).center() - QRectF(window->geometry()).center();
+        QVERIFY2(std::abs(offCentre.x()) <= 1 && std::abs(offCentre.y()) <= 1, "not centred over the main window");
+    }
+
+    void footerNamesMakerAndVersion()
+    {
+        chooseHelp();
+        const QString footer = footerOf(window->helpWindow());
+        QVERIFY(footer.endsWith(QStringLiteral("Version ") + QStringLiteral(SKIN_EXPECTED_VERSION)));
+        QVERIFY(footer.contains(QStringLiteral("Ostervale")));
+        QVERIFY(footer.size() > QStringLiteral("Version 1.0.0").size());
+    }
+
+    void closingDestroysAndReopeningRebuildsAtStartPlace()
+    {
+        chooseHelp();
+        QPointer<FrmHelp> first = window->helpWindow();
+        const QPoint startPlace = first->pos();
+        first->move(startPlace + QPoint(50, 30));
+        auto* close = first->findChild<FaceButton*>(QStringLiteral("imgClose"));
+        QCOMPARE(close->toolTip(), QStringLiteral("Close Brindleway Skin Fwt"));
+        QTest::mousePress(close, Qt::LeftButton, {}, QPoint(4, 4));
+        QCOMPARE(close->face(), QStringLiteral("Close_OFF"));  // no member of the face family
+        QTest::mouseRelease(close, Qt::LeftButton, {}, QPoint(4, 4));
+        QTRY_VERIFY(first.isNull());
+        QVERIFY(window->helpWindow() == nullptr);
+
+        chooseHelp();
+        FrmHelp* second = window->helpWindow();
+        QVERIFY(second != nullptr && second->isVisible());
+        QCOMPARE(second->pos(), startPlace);
+        QVERIFY(footerOf(second).endsWith(QStringLiteral("Version ") + QStringLiteral(SKIN_EXPECTED_VERSION)));
+    }
+
+    void stepTexts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QPoint>("at");  // in window pixels
+        QTest::newRow("step 1") << "Step 1" << QPoint(5, 31);
+        QTest::newRow("text 1") << "Click the load button located under the Send Skin window and find your send skin "
+                                   "picture file."
+                                << QPoint(74, 31);
+        QTest::newRow("text 4") << "Upon release of the mouse button a menu will appear  allowing you to specify which "
+                                   "object you have created. "
+                                << QPoint(74, 143);
+        QTest::newRow("text 5") << "Repeat steps 3 & 4 for the receive skin." << QPoint(74, 180);
+        QTest::newRow("step 6") << "Step 6" << QPoint(5, 210);
+        QTest::newRow("step 7") << "Step 7" << QPoint(352 + 6, 31);
+        QTest::newRow("text 7") << "For each object repeat:" << QPoint(352 + 54, 31);
+        QTest::newRow("note 7") << "*Some objects only require a font color." << QPoint(352 + 92, 180);
+        QTest::newRow("step 8") << "Step 8" << QPoint(352 + 6, 211);
+        QTest::newRow("text 8") << "Enter the skin name and author then click the create skin package button."
+                                << QPoint(352 + 111, 209);
+    }
+    void stepTexts()
+    {
+        QFETCH(QString, text);
+        QFETCH(QPoint, at);
+        chooseHelp();
+        FrmHelp* help = window->helpWindow();
+        QLabel* found = nullptr;
+        for (QLabel* label : help->findChildren<QLabel*>()) {
+            if (label->text() == text) found = label;
+        }
+        QVERIFY2(found != nullptr, qPrintable(text));
+        QCOMPARE(found->mapTo(help, QPoint(0, 0)), at);
+        QCOMPARE(found->palette().color(QPalette::WindowText), QColor(0xE0, 0xE0, 0xE0));
+        QCOMPARE(found->font().bold(), text.startsWith(QStringLiteral("Step ")));
+        QCOMPARE(found->font().pointSizeF(), 8.25);
+    }
+
+    void buttonCopiesCarryFacesAndTooltips()
+    {
+        chooseHelp();
+        FrmHelp* help = window->helpWindow();
+        const struct { const char* name; QPoint at; const char* face; } copies[] = {
+            {"imgHelpLoad", {51, 34}, "Load_OFF"},  {"imgHelpArrow0", {56, 212}, "Left_OFF"},
+            {"imgHelpArrow3", {69, 224}, "Down_OFF"}, {"imgHelpLock", {86, 212}, "Lock_OFF"},
+            {"imgHelpPicker", {352 + 57, 121}, "Eye_OFF"}, {"imgHelpCreate", {352 + 58, 212}, "help_create"},
+        };
+        for (const auto& copy : copies) {
+            auto* label = help->findChild<QLabel*>(QString::fromUtf8(copy.name));
+            QVERIFY2(label != nullptr, copy.name);
+            QCOMPARE(label->mapTo(help, QPoint(0, 0)), copy.at);
+            QCOMPARE(label->property("face").toString(), QString::fromUtf8(copy.face));
+            QVERIFY(!label->pixmap().isNull());
+        }
+        QCOMPARE(help->findChild<QLabel*>(QStringLiteral("imgHelpArrow0"))->toolTip(),
+                 QStringLiteral("Arrow Left - Move Current Object Left OR Decrease Object Width"));
+        QCOMPARE(help->findChild<QLabel*>(QStringLiteral("imgHelpCreate"))->toolTip(),
+                 QStringLiteral("Click to Create the Skin Package File"));
+    }
+
+    void dragAreasMoveWithLeftButtonOnly_data()
+    {
+        QTest::addColumn<int>("area");
+        for (int i = 0; i < 4; ++i) QTest::addRow("imgMove%d", i) << i;
+    }
+    void dragAreasMoveWithLeftButtonOnly()
+    {
+        QFETCH(int, area);
+        chooseHelp();
+        FrmHelp* help = window->helpWindow();
+        auto* mover = help->findChild<QWidget*>(QStringLiteral("imgMove") + QString::number(area));
+        QVERIFY(mover != nullptr);
+        const QPoint start = help->pos();
+        const QPoint inside(30, 8);
+        QTest::mousePress(mover, Qt::RightButton, {}, inside);
+        QTest::mouseMove(mover, inside + QPoint(20, 20));
+        QTest::mouseRelease(mover, Qt::RightButton, {}, inside + QPoint(20, 20));
+        QCOMPARE(help->pos(), start);
+        QTest::mousePress(mover, Qt::LeftButton, Qt::AltModifier, inside);
+        QTest::mouseMove(mover, inside + QPoint(-25, 15));
+        QTest::mouseRelease(mover, Qt::LeftButton, {}, inside + QPoint(-25, 15));
+        QTRY_COMPARE(help->pos(), start + QPoint(-25, 15));
+    }
+
+private:
+    void chooseHelp()
+    {
+        QComboBox* list = window->options();
+        QTest::keyClick(list, Qt::Key_Shift);
+        if (list->currentIndex() != 1) list->setCurrentIndex(1);
+        emit list->activated(1);
+        QCoreApplication::processEvents();
+    }
+    static QString footerOf(FrmHelp* help) { return help->findChild<QLabel*>(QStringLiteral("lblFooter"))->text(); }
+
+    skin::testing::FakePlatform fake;
+    std::unique_ptr<FrmSkinCreator> window;
+};
+
+QTEST_MAIN(HelpWindowTest)
+#include "test_helpwindow.moc"

@@ -1,0 +1,337 @@
+// The main window: size and frame, the element inventory, the button faces, dragging the
+// background, the options list and the link label.
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTimer>
+#include <QtTest>
+
+#include "facebutton.h"
+#include "fakeplatform.h"
+#include "frmskincreator.h"
+#include "qtplatform.h"
+
+using skin::FaceButton;
+using skin::FrmSkinCreator;
+
+class MainWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        fakePlatform = std::make_unique<skin::testing::FakePlatform>();
+        window = std::make_unique<FrmSkinCreator>();
+        window->setPlatform(fakePlatform.get());
+        window->setLoadSkin([this] { ++loadSkinCalls; });
+        window->move(100, 100);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+    void cleanup()
+    {
+        window.reset();
+        fakePlatform.reset();
+        loadSkinCalls = 0;
+    }
+
+    void windowIsFramelessAndFixed()
+    {
+        QCOMPARE(window->size(), QSize(792, 409));
+        QCOMPARE(window->minimumSize(), window->maximumSize());
+        QVERIFY(window->windowFlags().testFlag(Qt::FramelessWindowHint));
+        QCOMPARE(window->windowTitle(), QStringLiteral("Brindleway Skin Framewright"));
+        QCOMPARE(window->objectName(), QStringLiteral("frmSkinCreator"));
+        QVERIFY(!window->windowIcon().isNull());
+    }
+
+    void inventory_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QRect>("geometry");  // pixels: twips / 15 to the nearest
+        QTest::addColumn<QString>("tooltip");
+        QTest::addColumn<QString>("start");   // "face:<key>", "text:<caption>" or ""
+        // clang-format off
+        const struct { const char* name; QRect px; const char* tip; const char* start; } rows[] = {
+            {"Label1", {519, 5, 40, 14}, "", "text:Options:"},
+            {"imgMin", {754, 4, 15, 16}, "", "face:Min_OFF"},
+            {"imgClose", {772, 4, 15, 16}, "Close Brindleway Skin Fwt", "face:Close_OFF"},
+            {"imgSend", {19, 51, 362, 258}, "Send Skin", ""},
+            {"imgRecieve", {409, 51, 362, 219}, "Receive Skin", ""},
+            {"imgSendClear", {336, 313, 15, 18}, "Send Object Reset - Use this to clear all of object boxes for the send skin", "face:Clear_OFF"},
+            {"imgSendLoad", {356, 313, 17, 18}, "Click to Select the Send Skin File", "face:Load_OFF"},
+            {"imgReceiveClear", {724, 275, 15, 18}, "Receive Object Reset - Use this to clear all of object boxes for the receive skin", "face:Clear_OFF"},
+            {"imgReceiveLoad", {744, 275, 17, 18}, "Click to Select the Receive Skin File", "face:Load_OFF"},
+            {"txtSkinName", {96, 349, 158, 19}, "Name of the Skin that will Appear in Brindleway", "text:"},
+            {"txtSkinAuthor", {96, 375, 158, 19}, "Person / Team that Created the Skin", "text:"},
+            {"cmdCreateSkinPackage", {341, 350, 26, 30}, "Click to Create the Skin Package File", "face:Pack_OFF"},
+            {"imgText", {405, 311, 26, 22}, "Text Switch - Click to Make the Color Picker and Wheel Set the Current Objects Text Color", "face:Text_OFF"},
+            {"imgMap", {434, 311, 26, 22}, "Back Switch - Click to Make the Color Picker and Wheel Set the Current Objects Back Color", "face:Map_ON"},
+            {"imgPicker", {477, 311, 26, 22}, "Click and Hold to Set the Current Objects Color", "face:Eye_OFF"},
+            {"imgColorSelect", {502, 311, 26, 22}, "Click to Open the Color Creation Window", "face:Color_OFF"},
+            {"picPreView", {534, 313, 22, 18}, "", ""},
+            {"imgArrMove0", {575, 311, 13, 13}, "Arrow Left - Move Current Object Left OR Decrease Object Width", "face:Left_OFF"},
+            {"imgArrMove1", {575, 323, 13, 13}, "Arrow Up - Move Current Object Up OR Increase Object Height", "face:Up_OFF"},
+            {"imgArrMove2", {588, 311, 13, 13}, "Arrow Right - Move Current Object Right OR Increase Object Width", "face:Right_OFF"},
+            {"imgArrMove3", {588, 323, 13, 13}, "Arrow Down - Move Current Object Down OR Decrease Object Height", "face:Down_OFF"},
+            {"imgLock", {608, 311, 17, 25}, "Arrow Lock - When locked arrow keys strech object instead of move object", "face:Lock_OFF"},
+            {"Image1", {642, 311, 132, 26}, "Quick Color Chips (for use with picker)", ""},
+            {"lblCurrSel", {405, 337, 367, 13}, "This is the Object that is Affected by the Tools (Current Object)", "text:Current Selection:"},
+            {"lblCopyRight", {636, 393, 135, 14}, "", ""},
+            {"picLoading", {264, 153, 264, 33}, "", ""},
+            {"picCreating", {271, 153, 251, 33}, "", ""},
+            {"picPickPointer", {340, 422, 33, 35}, "", ""},
+            {"lblSendMessage", {124, 426, 80, 17}, "", "text: Message Text"},
+            {"lblSendUsers", {124, 462, 80, 17}, "", "text: [ ] User List"},
+            {"lblReceiveMess", {124, 491, 80, 17}, "", "text: Message Text"},
+            {"lblReceiveDate", {124, 522, 80, 17}, "", "text:Date/Time"},
+            {"lblReceiveSender", {124, 543, 80, 17}, "", "text:Sender"},
+        };
+        // clang-format on
+        for (const auto& row : rows) {
+            QTest::addRow("%s", row.name) << QString::fromUtf8(row.name) << row.px << QString::fromUtf8(row.tip)
+                                          << QString::fromUtf8(row.start);
+        }
+    }
+    void inventory()
+    {
+        QFETCH(QString, name);
+        QFETCH(QRect, geometry);
+        QFETCH(QString, tooltip);
+        QFETCH(QString, start);
+        auto* element = window->findChild<QWidget*>(name);
+        QVERIFY2(element != nullptr, qPrintable(name));
+        QCOMPARE(element->parentWidget(), window.get());
+        QCOMPARE(element->geometry(), geometry);
+        QCOMPARE(element->toolTip(), tooltip);
+        if (start.startsWith(QLatin1String("face:"))) {
+            auto* button = qobject_cast<FaceButton*>(element);
+            QVERIFY(button != nullptr);
+            QCOMPARE(button->tag(), start.mid(5));
+            QCOMPARE(button->face(), start.mid(5));
+            QVERIFY(!button->pixmap().isNull());
+        } else if (start.startsWith(QLatin1String("text:"))) {
+            const QString text = qobject_cast<QLineEdit*>(element) ? qobject_cast<QLineEdit*>(element)->text()
+                                                                   : qobject_cast<QLabel*>(element)->text();
+            QCOMPARE(text, start.mid(5));
+        }
+    }
+
+    void startState()
+    {
+        auto* list = window->findChild<QComboBox*>(QStringLiteral("cboOptions"));
+        QCOMPARE(list->geometry().topLeft(), QPoint(561, 2));
+        QCOMPARE(list->width(), 189);
+        QCOMPARE(list->currentIndex(), 0);
+        QCOMPARE(list->font().pointSizeF(), 6.75);
+        QVERIFY(list->font().bold());
+        QVERIFY(list->font().families().startsWith(QStringLiteral("Arial")));
+        for (const char* hidden : {"picLoading", "picCreating", "imgObjectBox0", "imgRObjectBox0"}) {
+            QVERIFY2(!window->findChild<QWidget*>(QString::fromUtf8(hidden))->isVisible(), hidden);
+        }
+        for (const char* parked : {"lblSendMessage", "lblSendUsers", "lblReceiveMess", "lblReceiveDate",
+                                   "lblReceiveSender", "picPickPointer"}) {
+            QVERIFY2(window->findChild<QWidget*>(QString::fromUtf8(parked))->y() >= window->height(), parked);
+        }
+        auto* name = window->findChild<QLineEdit*>(QStringLiteral("txtSkinName"));
+        auto* author = window->findChild<QLineEdit*>(QStringLiteral("txtSkinAuthor"));
+        QCOMPARE(name->font().pointSizeF(), 8.25);
+        QVERIFY(name->font().families().startsWith(QStringLiteral("Tahoma")));
+        QCOMPARE(name->nextInFocusChain(), author);
+        QCOMPARE(window->findChild<QLabel*>(QStringLiteral("picPreView"))->palette().color(QPalette::Window),
+                 QColor(Qt::white));
+        QCOMPARE(window->findChild<QLabel*>(QStringLiteral("lblCurrSel"))->palette().color(QPalette::WindowText),
+                 QColor(Qt::white));
+        QCOMPARE(window->findChild<QLabel*>(QStringLiteral("lblCopyRight"))->palette().color(QPalette::WindowText),
+                 QColor(0xB8, 0xD6, 0xE8));
+        QVERIFY(!window->findChild<QLabel*>(QStringLiteral("lblCopyRight"))->text().isEmpty());
+        auto* timer = window->findChild<QTimer*>(QStringLiteral("timMoveObject"));
+        QVERIFY(timer && !timer->isActive() && timer->interval() == 50);
+        timer = window->findChild<QTimer*>(QStringLiteral("tmrScreenColor"));
+        QVERIFY(timer && !timer->isActive() && timer->interval() == 1);
+        QVERIFY(fakePlatform->webPages.empty());  // the start-up selection of item 0 did nothing
+    }
+
+    void familyFacesSwapForAnyButton_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<Qt::MouseButton>("button");
+        for (const char* name : {"cmdCreateSkinPackage", "imgSendClear", "imgSendLoad", "imgColorSelect",
+                                 "imgReceiveClear", "imgReceiveLoad", "imgMin"}) {
+            QTest::addRow("%s left", name) << QString::fromUtf8(name) << Qt::LeftButton;
+            QTest::addRow("%s right", name) << QString::fromUtf8(name) << Qt::RightButton;
+        }
+    }
+    void familyFacesSwapForAnyButton()
+    {
+        QFETCH(QString, name);
+        QFETCH(Qt::MouseButton, button);
+        auto* face = window->findChild<FaceButton*>(name);
+        const QString tag = face->tag();
+        QTest::mousePress(face, button, Qt::ShiftModifier, QPoint(3, 3));
+        QCOMPARE(face->face(), QString(tag).replace(QStringLiteral("OFF"), QStringLiteral("ON")));
+        QCOMPARE(face->tag(), tag);
+        QTest::mouseRelease(face, button, Qt::NoModifier, QPoint(3, 3));
+        QCOMPARE(face->face(), tag);
+        QCOMPARE(face->tag(), tag);
+    }
+
+    void ownFaceButtonsLeaveTheirFacesToTheirOwners()
+    {
+        auto* arrow = window->findChild<FaceButton*>(QStringLiteral("imgArrMove0"));
+        QSignalSpy pressed(arrow, &FaceButton::pressed);
+        QSignalSpy clicked(arrow, &FaceButton::clicked);
+        QTest::mousePress(arrow, Qt::LeftButton, {}, QPoint(2, 2));
+        QCOMPARE(arrow->face(), QStringLiteral("Left_OFF"));
+        QTest::mouseRelease(arrow, Qt::LeftButton, {}, QPoint(2, 2));
+        QCOMPARE(pressed.count(), 1);
+        QCOMPARE(clicked.count(), 1);
+        arrow->showFace(QStringLiteral("Left_ON"));
+        QCOMPARE(arrow->face(), QStringLiteral("Left_ON"));
+    }
+
+    void closeShowsPressedFaceThenEndsAfterRelease()
+    {
+        auto* close = window->findChild<FaceButton*>(QStringLiteral("imgClose"));
+        QStringList facesAtEnd;
+        window->setEndProgram([&] { facesAtEnd << close->face(); });
+        QTest::mousePress(close, Qt::LeftButton, {}, QPoint(4, 4));
+        QCOMPARE(close->face(), QStringLiteral("Close_ON"));
+        QVERIFY(facesAtEnd.isEmpty());
+        QTest::mouseRelease(close, Qt::LeftButton, {}, QPoint(4, 4));
+        QCOMPARE(facesAtEnd, QStringList{QStringLiteral("Close_OFF")});
+        // A right click shows the face but ends nothing.
+        QTest::mouseClick(close, Qt::RightButton, {}, QPoint(4, 4));
+        QCOMPARE(facesAtEnd.size(), 1);
+    }
+
+    void minimiseButtonMinimises()
+    {
+        QTest::mouseClick(window->findChild<FaceButton*>(QStringLiteral("imgMin")), Qt::LeftButton, {}, QPoint(3, 3));
+        QTRY_VERIFY(window->windowState().testFlag(Qt::WindowMinimized));
+    }
+
+    void leftDragOnBackgroundMovesWindow()
+    {
+        const QPoint start = window->pos();
+        const QPoint bare(300, 20);  // top strip, between the title and the options
+        QVERIFY(window->childAt(bare) == nullptr);
+        QTest::mousePress(window.get(), Qt::LeftButton, Qt::ControlModifier, bare);
+        QTest::mouseMove(window.get(), bare + QPoint(40, 25));
+        QTest::mouseRelease(window.get(), Qt::LeftButton, {}, bare + QPoint(40, 25));
+        QTRY_COMPARE(window->pos(), start + QPoint(40, 25));
+    }
+
+    void rightDragAndPressesOnElementsDoNotMoveWindow()
+    {
+        const QPoint start = window->pos();
+        const QPoint bare(300, 20);
+        QTest::mousePress(window.get(), Qt::RightButton, {}, bare);
+        QTest::mouseMove(window.get(), bare + QPoint(40, 25));
+        QTest::mouseRelease(window.get(), Qt::RightButton, {}, bare + QPoint(40, 25));
+        auto* label = window->findChild<QLabel*>(QStringLiteral("lblCurrSel"));
+        QTest::mousePress(label, Qt::LeftButton, {}, QPoint(5, 5));
+        QTest::mouseMove(label, QPoint(60, 40));
+        QTest::mouseRelease(label, Qt::LeftButton, {}, QPoint(60, 40));
+        QCoreApplication::processEvents();
+        QCOMPARE(window->pos(), start);
+    }
+
+    void optionItemsAreExact()
+    {
+        const QStringList expected{
+            QStringLiteral("- SELECT AN OPTION ---------------------------------------"),
+            QStringLiteral("[Help - How do I use this??]"),
+            QStringLiteral("[Load a Skin to Edit]"),
+            QStringLiteral("------------------------------------------------------------------"),
+            QStringLiteral("[Ostervale Skin Center]"),
+            QStringLiteral("[Visit Brindleway]"),
+            QStringLiteral("[Visit Ostervale]"),
+        };
+        QStringList items;
+        for (int i = 0; i < window->options()->count(); ++i) items << window->options()->itemText(i);
+        QCOMPARE(items, expected);
+        QCOMPARE(items[0].size(), 58);
+        QCOMPARE(items[3].size(), 66);
+    }
+
+    void optionItemsAct_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("page");  // empty: no page opens
+        QTest::addColumn<int>("loads");
+        QTest::addColumn<bool>("help");
+        QTest::newRow("select") << 0 << QString() << 0 << false;
+        QTest::newRow("help") << 1 << QString() << 0 << true;
+        QTest::newRow("load") << 2 << QString() << 1 << false;
+        QTest::newRow("separator") << 3 << QString() << 0 << false;
+        QTest::newRow("skin center") << 4 << "https://www.ostervale.example/brindleway/skins.asp" << 0 << false;
+        QTest::newRow("brindleway") << 5 << "https://www.ostervale.example/brindleway/index.asp" << 0 << false;
+        QTest::newRow("ostervale") << 6 << "https://www.ostervale.example/default.asp" << 0 << false;
+    }
+    void optionItemsAct()
+    {
+        QFETCH(int, index);
+        QFETCH(QString, page);
+        QFETCH(int, loads);
+        QFETCH(bool, help);
+        QComboBox* list = window->options();
+        if (index == 0) {  // make 0 a change
+            list->setCurrentIndex(6);
+            fakePlatform->webPages.clear();
+        }
+        choose(index);
+        QCOMPARE(list->currentIndex(), index);  // the list keeps showing the choice
+        std::vector<std::string> pages;
+        if (!page.isEmpty()) pages.push_back(page.toStdString());
+        QCOMPARE(fakePlatform->webPages, pages);
+        QCOMPARE(loadSkinCalls, loads);
+        QCOMPARE(window->helpWindow() != nullptr, help);
+    }
+
+    void choosingTheSelectedItemAgainActsOnceMore()
+    {
+        choose(4);
+        QCOMPARE(fakePlatform->webPages.size(), std::size_t{1});
+        // The popup opens on a press and the same item is chosen: no change, one activation.
+        QTest::keyClick(window->options(), Qt::Key_Shift);
+        emit window->options()->activated(4);
+        QCOMPARE(fakePlatform->webPages.size(), std::size_t{2});
+        choose(2);
+        QTest::keyClick(window->options(), Qt::Key_Shift);
+        emit window->options()->activated(2);
+        QCOMPARE(loadSkinCalls, 2);
+    }
+
+    void linkLabelOpensHomePage()
+    {
+        auto* link = window->findChild<QLabel*>(QStringLiteral("lblCopyRight"));
+        QCOMPARE(link->cursor().shape(), Qt::BitmapCursor);
+        const QPoint start = window->pos();
+        QTest::mouseClick(link, Qt::RightButton, {}, QPoint(5, 5));
+        QVERIFY(fakePlatform->webPages.empty());
+        QTest::mouseClick(link, Qt::LeftButton, {}, QPoint(5, 5));
+        QCOMPARE(fakePlatform->webPages, std::vector<std::string>{"https://www.ostervale.example/default.asp"});
+        QCOMPARE(window->pos(), start);
+    }
+
+private:
+    // The designer's choice of an item as the list's pop-up makes it: input reaches the list,
+    // then the selection changes and the item is activated.
+    void choose(int index)
+    {
+        QComboBox* list = window->options();
+        QTest::keyClick(list, Qt::Key_Shift);
+        list->setCurrentIndex(index);
+        emit list->activated(index);
+    }
+
+    std::unique_ptr<skin::testing::FakePlatform> fakePlatform;
+    std::unique_ptr<FrmSkinCreator> window;
+    int loadSkinCalls = 0;
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "test_mainwindow.moc"

@@ -1,0 +1,160 @@
+// Skin loading reads the skin information file key by key, in the format's order, and rebuilds
+// the skin side by side; a failure stops where it is, keeping what was already restored.
+#include "skinloading.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "ini.h"
+#include "packagesupport.h"
+#include "skininformation.h"
+
+namespace skin {
+namespace {
+
+constexpr std::string_view kLoadTitle = "Brindleway - Skin Framewright";
+constexpr std::string_view kLoadErrorTitle = "Skin Load Error";
+constexpr std::string_view kInvalidPackageText = "Invalid Skin Package File.\r\nCannot load Skin Information.";
+constexpr std::string_view kLoadedText = "Skin loaded successfully!";
+constexpr std::string_view kLoadErrorText =
+    "An Error has occured while loading the Skin file.\r\n\r\nSkin was not loaded.";
+
+void busyOn(Platform& platform) {
+    platform.SetHourglass(true);
+    platform.SetMainWindowInput(false);
+    platform.ShowBusyPanel(BusyPanel::Loading, true);
+}
+
+void busyOff(Platform& platform) {
+    platform.SetHourglass(false);
+    platform.ShowBusyPanel(BusyPanel::Loading, false);
+    platform.SetMainWindowInput(true);
+}
+
+void show(Platform& platform, std::string_view text, std::string_view title, MessageIcon icon) {
+    platform.ShowMessage(std::string(text), std::string(title), icon, MessageButtons::Ok);
+}
+
+// The folder part of a path, separator included; empty for a bare name.
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+bool endsWith(std::string_view text, std::string_view ending) {
+    return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
+}
+
+// A file value can be any number; the screen elements hold single precision, and a value
+// beyond its range is pinned to its largest finite value rather than left undefined.
+float toSingle(double value) {
+    constexpr double kMax = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -kMax, kMax));
+}
+
+// Steps 9 to 11 of one side: the picture, the four kept colours, the eight areas. False at
+// the first value that cannot be used.
+bool restoreSide(Editor& editor, Platform& platform, SkinSide side, const std::string& informationPath,
+                 const std::string& sourceFolder) {
+    const std::string_view imageKey = side == SkinSide::Send ? kSendImageKey : kReceiveImageKey;
+    // The picture key is read once for each use, as the client's own loader does.
+    if (!platform.LoadPicture(side, sourceFolder + ReadINI(kGlobalSection, imageKey, informationPath))) return false;
+    std::string fileName = ReadINI(kGlobalSection, imageKey, informationPath);
+    editor.Document().SetPicture(side, std::move(fileName),
+                                 sourceFolder + ReadINI(kGlobalSection, imageKey, informationPath));
+    editor.Refresh();
+
+    for (const ColourEntry& entry : ColourEntries(side)) {
+        const std::optional<std::int32_t> colour =
+            ColourFromText(ReadINI(ColourSection(side), entry.key, informationPath));
+        if (!colour) return false;
+        editor.Document().SetColour(entry.field, entry.role, *colour);
+        editor.Refresh();
+    }
+
+    const std::int16_t sideNumber = side == SkinSide::Send ? kSendSideNumber : kReceiveSideNumber;
+    for (AreaKind kind = 0; kind < kAreaKinds; ++kind) {
+        const std::string_view section = KindInfo(side, kind).section;
+        const std::string left = ReadINI(section, kAreaKeys[0], informationPath);
+        const std::string top = ReadINI(section, kAreaKeys[1], informationPath);
+        const std::string width = ReadINI(section, kAreaKeys[2], informationPath);
+        const std::string height = ReadINI(section, kAreaKeys[3], informationPath);
+        if (!RestoreObjectArea(editor, sideNumber, std::to_string(kind), left, top, width, height)) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool RestoreObjectArea(Editor& editor, std::int16_t side, const std::string& kind, const std::string& left,
+                       const std::string& top, const std::string& width, const std::string& height) {
+    if (left.empty() && top.empty() && width.empty() && height.empty()) return true;
+    const SkinSide skinSide = side == kSendSideNumber ? SkinSide::Send : SkinSide::Receive;
+    const AreaKind areaKind = RoundToInt16(RectangleValueFromText(kind));
+    if (areaKind < 0 || areaKind >= kAreaKinds) return false;
+    const double x = RectangleValueFromText(left);
+    const double y = RectangleValueFromText(top);
+    const double w = RectangleValueFromText(width);
+    const double h = RectangleValueFromText(height);
+
+    // The drag the designer made: press at the top-left, move to the bottom-right, then the
+    // name as if chosen from the menu, enabled or not; no size test, so any size comes back.
+    editor.BeginArea(skinSide, toSingle(x), toSingle(y));
+    editor.ExtendArea(skinSide, toSingle(x + w), toSingle(y + h));
+    editor.BringBoxToFront(skinSide, editor.Document().BoxCount(skinSide));
+    editor.SetAreaNamed(skinSide, false);
+    editor.NameArea(skinSide, areaKind);
+    editor.CloseArea(skinSide);
+    return true;
+}
+
+void LoadSkin(Editor& editor, Platform& platform) {
+    FileDialogSettings settings;
+    settings.filter = kLoadSkinFilter;
+    settings.filterIndex = kLoadSkinFilterIndex;
+    settings.flags = kLoadSkinFlags;
+    const std::optional<FileChoice> choice = platform.OpenFileDialog(settings);
+    if (!choice) {
+        busyOff(platform);  // the failure path, silent for a cancelled dialog
+        return;
+    }
+
+    busyOn(platform);
+    std::string informationPath = choice->path;
+    std::string sourceFolder = folderOf(choice->path);
+    if (endsWith(choice->path, kPackageEnding)) {
+        BwZip zip = MakePackageContainer(platform);
+        std::string unpackedInformation;  // empty: the package unpacks into a time-stamped folder
+        if (!zip.UnZip(choice->path, GetTempFolder(platform), false, true, &unpackedInformation)) {
+            editor.Refresh();
+            show(platform, kInvalidPackageText, kLoadTitle, MessageIcon::Exclamation);
+            busyOff(platform);
+            return;
+        }
+        informationPath = unpackedInformation;
+        sourceFolder = folderOf(unpackedInformation);
+    }
+
+    SkinDocument& document = editor.Document();
+    document.SetSkinAuthor(ReadINI(kGlobalSection, kSkinAuthorKey, informationPath));
+    document.SetSkinName(ReadINI(kGlobalSection, kSkinNameKey, informationPath));
+    editor.Refresh();
+
+    for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
+        editor.ResetSide(side);
+        if (!restoreSide(editor, platform, side, informationPath, sourceFolder)) {
+            busyOff(platform);
+            editor.Refresh();
+            show(platform, kLoadErrorText, kLoadErrorTitle, MessageIcon::Exclamation);
+            return;
+        }
+    }
+
+    busyOff(platform);
+    editor.Refresh();
+    show(platform, kLoadedText, kLoadTitle, MessageIcon::Information);
+}
+
+}  // namespace skin

@@ -107,37 +107,64 @@ std::vector<TreeNode> BuildTree(std::string_view table, std::uint64_t payloadBit
 
 // ---- lookup table ----------------------------------------------------------------------------
 
-// An entry holds, from its low end: the bits its symbols use (6 bits, so that a shift by the whole
-// entry shifts by them), their count (2 bits), then up to three symbols, one per byte.
-// 0 means the table cannot settle the next symbol.
-constexpr int kLookupBits = 12;
-constexpr std::uint32_t kLookupMask = (1u << kLookupBits) - 1;
+// Two parallel tables indexed by the next kLookupBits payload bits. `steps` holds the bits that
+// the settled symbols use (low 6 bits, so a shift by the whole byte shifts by them) and their
+// count (top 2 bits); 0 means the table cannot settle the next symbol. `symbols` holds up to three
+// symbols, first in the low byte. Only the small `steps` table lies on the decoder's critical
+// path, so it is kept to one byte an entry.
+constexpr int kLookupBits = 14;
+constexpr std::uint32_t kLookupSize = 1u << kLookupBits;
+constexpr std::uint32_t kLookupMask = kLookupSize - 1;
 constexpr std::uint32_t kSymbolsPerEntry = 3;
 constexpr int kCountShift = 6;
 constexpr std::uint32_t kBitsMask = (1u << kCountShift) - 1;
-constexpr std::uint32_t kCountMask = 3;
-constexpr int kSymbolsShift = 8;
-static_assert(kLookupBits <= static_cast<int>(kBitsMask) && kSymbolsPerEntry <= kCountMask);
-// Below this output length the table costs more to build than it saves.
+static_assert(kLookupBits <= static_cast<int>(kBitsMask) && kSymbolsPerEntry < 4);
+// Below this output length the tables cost more to build than they save.
 constexpr std::int64_t kLookupWorthwhile = 4096;
 
-std::vector<std::uint32_t> BuildLookup(const std::vector<TreeNode>& tree) {
-    std::vector<std::uint32_t> lookup(std::size_t{1} << kLookupBits);
-    for (std::uint32_t pattern = 0; pattern <= kLookupMask; ++pattern) {
-        std::uint32_t symbols = 0, node = 0, count = 0, used = 0;
-        for (int i = 0; i < kLookupBits && count < kSymbolsPerEntry; ++i) {
-            const std::uint32_t child = tree[node][(pattern >> i) & 1u];
-            if (child == kNone) break;
-            if (child & kLeaf) {
-                symbols |= (child & kSymbolMask) << (8 * count);
-                ++count;
-                used = static_cast<std::uint32_t>(i) + 1;
-                node = 0;
-            } else {
-                node = child;
+struct Lookup {
+    std::vector<std::uint8_t> steps;
+    std::vector<std::uint32_t> symbols;
+};
+
+// The first symbol of every bit pattern: each leaf within reach fills the patterns that begin
+// with its code.
+void FillFirstSymbols(const std::vector<TreeNode>& tree, std::uint32_t node, int depth, std::uint32_t code,
+                      std::vector<std::uint8_t>& length, std::vector<std::uint8_t>& symbol) {
+    for (std::uint32_t bit = 0; bit < 2; ++bit) {
+        const std::uint32_t child = tree[node][bit];
+        const std::uint32_t prefix = code | (bit << depth);
+        if (child == kNone) continue;
+        if (child & kLeaf) {
+            for (std::uint32_t p = prefix; p < kLookupSize; p += 2u << depth) {
+                length[p] = static_cast<std::uint8_t>(depth + 1);
+                symbol[p] = static_cast<std::uint8_t>(child & kSymbolMask);
             }
+        } else if (depth + 1 < kLookupBits) {
+            FillFirstSymbols(tree, child, depth + 1, prefix, length, symbol);
         }
-        lookup[pattern] = count == 0 ? 0 : used | (count << kCountShift) | (symbols << kSymbolsShift);
+    }
+}
+
+Lookup BuildLookup(const std::vector<TreeNode>& tree) {
+    std::vector<std::uint8_t> length(kLookupSize), symbol(kLookupSize);
+    FillFirstSymbols(tree, 0, 0, 0, length, symbol);
+    Lookup lookup{std::vector<std::uint8_t>(kLookupSize), std::vector<std::uint32_t>(kLookupSize)};
+    for (std::uint32_t p = 0; p < kLookupSize; ++p) {
+        const std::uint32_t first = length[p];
+        if (first == 0) continue;
+        // Each further symbol starts where the last ended; it counts only if all its bits are here.
+        std::uint32_t used = first, count = 1, settled = symbol[p];
+        while (count < kSymbolsPerEntry) {
+            const std::uint32_t rest = p >> used;
+            const std::uint32_t next = length[rest];
+            if (next == 0 || used + next > kLookupBits) break;
+            settled |= std::uint32_t{symbol[rest]} << (8 * count);
+            used += next;
+            ++count;
+        }
+        lookup.steps[p] = static_cast<std::uint8_t>(used | (count << kCountShift));
+        lookup.symbols[p] = settled;
     }
     return lookup;
 }
@@ -169,15 +196,17 @@ std::optional<std::string_view> DecodeOneSymbol(const std::vector<TreeNode>& tre
     }
 }
 
-// Decodes through the lookup table while a whole word of payload and room for four entries'
-// symbols (plus one word store) remain; each word gives at least 57 usable bits, enough for four
-// lookups of 12 bits. Stops at the first entry the table cannot settle. The state lives in
-// locals: stores through the output pointer could otherwise alias it.
-void DecodeFast(const std::uint32_t* table, BitReader& in, unsigned char*& outRef, unsigned char* end) {
+// Decodes through the lookup tables while a whole word of payload and room for four entries'
+// symbols remain; each word gives at least 57 usable bits, enough for four lookups. Stops at the
+// first pattern the tables cannot settle. The state lives in locals: stores through the output
+// pointer could otherwise alias it.
+void DecodeFast(const Lookup& lookup, BitReader& in, unsigned char*& outRef, unsigned char* end) {
     constexpr int kLookupsPerWord = 4;
     constexpr std::ptrdiff_t kFastRoom = kLookupsPerWord * kSymbolsPerEntry + sizeof(std::uint32_t);
     static_assert(kLookupsPerWord * kLookupBits <= 64 - 7);
     if (end - outRef < kFastRoom || in.size < sizeof(std::uint64_t)) return;
+    const std::uint8_t* const steps = lookup.steps.data();
+    const std::uint32_t* const symbols = lookup.symbols.data();
     const unsigned char* const payload = in.payload;
     const std::uint64_t lastWordByte = in.size - sizeof(std::uint64_t);
     unsigned char* const fastEnd = end - kFastRoom;
@@ -187,13 +216,14 @@ void DecodeFast(const std::uint32_t* table, BitReader& in, unsigned char*& outRe
         std::uint64_t word = LoadWord(payload + pos / kBitsPerByte) >> (pos % kBitsPerByte);
         int k = 0;
         for (; k < kLookupsPerWord; ++k) {
-            const std::uint32_t entry = table[word & kLookupMask];
-            if (entry == 0) break;
-            const std::uint32_t symbols = entry >> kSymbolsShift;
-            std::memcpy(out, &symbols, sizeof symbols);  // bytes past the count are overwritten later
-            out += (entry >> kCountShift) & kCountMask;
-            word >>= (entry & kBitsMask);
-            pos += entry & kBitsMask;
+            const std::uint32_t index = word & kLookupMask;
+            const std::uint32_t step = steps[index];
+            if (step == 0) break;
+            const std::uint32_t settled = symbols[index];
+            std::memcpy(out, &settled, sizeof settled);  // bytes past the count are overwritten later
+            out += step >> kCountShift;
+            word >>= (step & kBitsMask);
+            pos += step & kBitsMask;
         }
         if (k != kLookupsPerWord) break;
     }
@@ -201,12 +231,11 @@ void DecodeFast(const std::uint32_t* table, BitReader& in, unsigned char*& outRe
     in.pos = pos;
 }
 
-std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree,
-                                              const std::vector<std::uint32_t>& lookup, BitReader& in,
-                                              unsigned char* out, unsigned char* end) {
+std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree, const Lookup* lookup,
+                                              BitReader& in, unsigned char* out, unsigned char* end) {
     while (out < end) {
-        if (!lookup.empty()) {
-            DecodeFast(lookup.data(), in, out, end);
+        if (lookup) {
+            DecodeFast(*lookup, in, out, end);
             if (out == end) break;
         }
         if (auto error = DecodeOneSymbol(tree, in, out)) return error;
@@ -260,10 +289,11 @@ std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
     BitReader in{reinterpret_cast<const unsigned char*>(payload.data()), payload.size()};
     if (*length > 0) {
         const auto tree = BuildTree(table, payloadBits);
-        const auto lookup = *length >= kLookupWorthwhile ? BuildLookup(tree) : std::vector<std::uint32_t>{};
+        const auto lookup = *length >= kLookupWorthwhile ? std::optional<Lookup>(BuildLookup(tree)) : std::nullopt;
         output.resize(static_cast<std::size_t>(*length));
         auto* out = reinterpret_cast<unsigned char*>(output.data());
-        if (auto error = DecodeSymbols(tree, lookup, in, out, out + output.size())) return Fail(*error);
+        if (auto error = DecodeSymbols(tree, lookup ? &*lookup : nullptr, in, out, out + output.size()))
+            return Fail(*error);
     }
     if ((in.pos + kBitsPerByte - 1) / kBitsPerByte < payload.size()) return Fail(kHuffmanExtraBytes);
     // A negative length produces nothing, so the output's length differs from it.

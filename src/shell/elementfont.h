@@ -27,8 +27,10 @@ inline constexpr FontSpec kArialSmallBold{FontSpec::Face::Arial, 6.75, true};
 inline QFont ElementFont(const FontSpec& spec)
 {
     QFont font;
-    font.setFamilies(spec.face == FontSpec::Face::Tahoma ? QStringList{"Tahoma", "DejaVu Sans"}
-                                                         : QStringList{"Arial", "DejaVu Sans"});
+    // Metric-compatible or narrow faces first, DejaVu Sans (always installed) last.
+    font.setFamilies(spec.face == FontSpec::Face::Tahoma
+                         ? QStringList{"Tahoma", "DejaVu Sans Condensed", "DejaVu Sans"}
+                         : QStringList{"Arial", "Liberation Sans", "Nimbus Sans", "DejaVu Sans"});
     font.setPointSizeF(spec.points);
     font.setBold(spec.bold);
     return font;

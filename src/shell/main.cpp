@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "editorcontroller.h"
 #include "frmskincreator.h"
 
 int main(int argc, char* argv[])
@@ -12,6 +13,7 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Brindleway Skin Framewright"));
 
     skin::FrmSkinCreator window;
+    new skin::EditorController(window);  // owned by the window
     window.centreOnScreen();
     window.show();
     return QApplication::exec();

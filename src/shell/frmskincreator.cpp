@@ -81,7 +81,8 @@ void FrmSkinCreator::centreOnScreen()
 {
     const QScreen* target = screen();
     if (target == nullptr) return;
-    move(target->availableGeometry().center() - QPoint(width() / 2, height() / 2));
+    const QRect area = target->availableGeometry();
+    move(area.x() + (area.width() - width()) / 2, area.y() + (area.height() - height()) / 2);
 }
 
 // cboOptions_Click runs on every change of the selection, by the designer or by the program.
@@ -169,7 +170,8 @@ void FrmSkinCreator::showHelp()
 {
     if (help_ == nullptr) {
         help_ = new FrmHelp(this);
-        help_->move(frameGeometry().center() - QPoint(help_->width() / 2, help_->height() / 2));
+        const QRect over = frameGeometry();
+        help_->move(over.x() + (over.width() - help_->width()) / 2, over.y() + (over.height() - help_->height()) / 2);
     }
     help_->show();
     help_->raise();

@@ -1,0 +1,450 @@
+// The editor wired into the main window: real mouse events on the side pictures, the real
+// pop-up name menu, the real file, colour and message dialogs, and the widgets that mirror
+// the editor's model (pixels = twips / 15).
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+#include "editorcontroller.h"
+#include "facebutton.h"
+#include "frmskincreator.h"
+
+using skin::AreaRect;
+using skin::ColourRole;
+using skin::EditorController;
+using skin::FaceButton;
+using skin::FrmSkinCreator;
+using skin::SkinSide;
+using skin::TextField;
+
+namespace {
+
+constexpr int kGiveUpMs = 5000;
+
+QRect SendPicture() { return {19, 51, 362, 258}; }
+
+}  // namespace
+
+class EditorWiringTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<FrmSkinCreator> window;
+    EditorController* controller = nullptr;
+    QTemporaryDir files;
+
+    template <typename T>
+    T* child(const QString& name) const
+    {
+        T* found = window->findChild<T*>(name);
+        if (found == nullptr) qWarning("no element %s", qPrintable(name));
+        return found;
+    }
+    QLabel* widget(const char* name) const { return child<QLabel>(QString::fromUtf8(name)); }
+    FaceButton* button(const char* name) const { return child<FaceButton>(QString::fromUtf8(name)); }
+    skin::Editor& editor() const { return controller->editor(); }
+
+    // Polls the event loop (also the nested loop of a modal exec) until `act` reports that it
+    // handled what it waited for; gives up after a while so a missing dialog fails the test.
+    void whenReady(std::function<bool()> act)
+    {
+        auto* poll = new QTimer(this);
+        auto started = std::make_shared<QElapsedTimer>();
+        started->start();
+        connect(poll, &QTimer::timeout, this, [poll, act, started] {
+            if (act() || started->elapsed() > kGiveUpMs) {
+                poll->stop();
+                poll->deleteLater();
+            }
+        });
+        poll->start(10);
+    }
+
+    // The open name menu picks the named item with the keyboard, as the designer would;
+    // an empty name dismisses it. `check` may look at the menu first.
+    void answerMenu(const QString& itemName, std::function<void(QMenu*)> check = {})
+    {
+        whenReady([itemName, check] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr) return false;
+            if (check) check(menu);
+            if (itemName.isEmpty()) {
+                QTest::keyClick(menu, Qt::Key_Escape);
+            } else {
+                menu->setActiveAction(menu->findChild<QAction*>(itemName));
+                QTest::keyClick(menu, Qt::Key_Return);
+            }
+            return true;
+        });
+    }
+
+    template <typename Dialog>
+    void answerModal(std::function<void(Dialog*)> act)
+    {
+        whenReady([act] {
+            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+            if (dialog == nullptr || !dialog->isVisible()) return false;
+            act(dialog);
+            return true;
+        });
+    }
+
+    // A left-button drag on a side picture, in pixels relative to the picture.
+    void drag(QWidget* picture, QPoint from, QPoint to)
+    {
+        QTest::mousePress(picture, Qt::LeftButton, {}, from);
+        QTest::mouseMove(picture, (from + to) / 2);
+        QTest::mouseMove(picture, to);
+        QTest::mouseRelease(picture, Qt::LeftButton, {}, to);
+    }
+
+    void drawAndName(const char* picture, QPoint from, QPoint to, const QString& item)
+    {
+        answerMenu(item);
+        drag(widget(picture), from, to);
+    }
+
+    QString writePicture(const QString& name, const char* format)
+    {
+        QImage image(100, 100, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        for (int y = 0; y < 100; ++y) {
+            for (int x = 50; x < 100; ++x) image.setPixel(x, y, qRgb(0, 0, 255));
+        }
+        const QString path = files.filePath(name);
+        image.save(path, format);
+        return path;
+    }
+
+    void chooseFile(const QString& path)
+    {
+        answerModal<QFileDialog>([path](QFileDialog* dialog) {
+            dialog->selectFile(path);
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+    }
+
+private slots:
+    void init()
+    {
+        QVERIFY(files.isValid());
+        window = std::make_unique<FrmSkinCreator>();
+        controller = new EditorController(*window);
+        window->move(100, 100);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+    void cleanup() { window.reset(); }
+
+    void dragGrowsTheBoxAndClipsAtTheRightEdgeOneMoveLate()
+    {
+        QLabel* picture = widget("imgSend");
+        QLabel* box = widget("imgObjectBox0");
+        QTest::mousePress(picture, Qt::LeftButton, {}, {20, 30});
+        QVERIFY(box->isVisible());
+        QCOMPARE(box->geometry(), QRect(39, 81, 0, 0));
+
+        QTest::mouseMove(picture, {60, 70});
+        QCOMPARE(box->geometry(), QRect(39, 81, 40, 40));
+        // The hatch is cut to the inside of the one-pixel border, never scaled.
+        QCOMPARE(box->pixmap().size(), QSize(38, 38));
+
+        QTest::mouseMove(picture, {380, 70});  // past the edge: the box goes with the pointer once
+        QCOMPARE(box->geometry(), QRect(39, 81, 360, 40));
+        QTest::mouseMove(picture, {390, 70});  // and is pinned to the picture's right edge next
+        QCOMPARE(box->geometry().right(), SendPicture().right());
+        QCOMPARE(window->childAt(box->geometry().center()), box);
+
+        answerMenu(QString());  // dismissed: the box goes, its index is used up
+        QTest::mouseRelease(picture, Qt::LeftButton, {}, {390, 70});
+        QVERIFY(!box->isVisible());
+        QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 1);
+        QVERIFY(!editor().Document().KindUsed(SkinSide::Send, 0));
+
+        QTest::mousePress(picture, Qt::LeftButton, {}, {5, 5});
+        QVERIFY(widget("imgObjectBox1") != nullptr);
+        QVERIFY(widget("imgObjectBox1")->isVisible());
+        QTest::mouseRelease(picture, Qt::LeftButton, {}, {6, 6});  // too small: hidden, no menu
+        QVERIFY(!widget("imgObjectBox1")->isVisible());
+        QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 1);
+    }
+
+    void otherButtonsNeitherDrawNorMoveTheWindow()
+    {
+        const QPoint at = window->pos();
+        QLabel* picture = widget("imgSend");
+        QTest::mousePress(picture, Qt::RightButton, {}, {20, 30});
+        QTest::mouseMove(picture, {120, 130});
+        QTest::mouseRelease(picture, Qt::RightButton, {}, {120, 130});
+        QVERIFY(!widget("imgObjectBox0")->isVisible());
+        QCOMPARE(window->pos(), at);
+        QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 0);
+    }
+
+    void namingATextFieldMovesItsLabelOntoTheRectangle()
+    {
+        bool sawMenu = false;
+        answerMenu(QStringLiteral("mnuSObjectArea0"), [&sawMenu](QMenu* menu) {
+            sawMenu = menu->objectName() == QLatin1String("mnuSend");
+        });
+        drag(widget("imgSend"), {20, 30}, {120, 90});
+        QVERIFY(sawMenu);
+
+        // Twips: Left 285 + 300, Top 765 + 450, 1500 by 900.
+        QCOMPARE(editor().Document().Area(SkinSide::Send, 0), (AreaRect{585, 1215, 1500, 900}));
+        QVERIFY(editor().Document().KindUsed(SkinSide::Send, 0));
+        QLabel* label = widget("lblSendUsers");
+        QCOMPARE(label->geometry(), QRect(39, 81, 100, 60));
+        QVERIFY(label->isVisible());
+        QCOMPARE(label->text(), QStringLiteral(" [ ] User List"));
+        QVERIFY(!widget("imgObjectBox0")->isVisible());
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send User List"));
+
+        // The next drag's menu offers the named kind no more; a button area stays as a box.
+        bool userListEnabled = true;
+        answerMenu(QStringLiteral("mnuSObjectArea2"), [&userListEnabled](QMenu* menu) {
+            userListEnabled = menu->findChild<QAction*>(QStringLiteral("mnuSObjectArea0"))->isEnabled();
+        });
+        drag(widget("imgSend"), {200, 150}, {260, 200});
+        QVERIFY(!userListEnabled);
+        QLabel* box = widget("imgObjectBox1");
+        QVERIFY(box->isVisible());
+        QCOMPARE(box->geometry(), QRect(219, 201, 60, 50));
+        QCOMPARE(editor().Document().Area(SkinSide::Send, 2), (AreaRect{3285, 3015, 900, 750}));
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send All"));
+    }
+
+    void receiveNamingPlacesTheReceiveLabels()
+    {
+        drawAndName("imgRecieve", {10, 10}, {110, 40}, QStringLiteral("mnuRObjectArea2"));
+        QCOMPARE(widget("lblReceiveMess")->geometry(), QRect(419, 61, 100, 30));
+        QCOMPARE(widget("lblSendMessage")->y(), 426);  // still below the surface
+        QCOMPARE(editor().Document().Area(SkinSide::Receive, 2), (AreaRect{6285, 915, 1500, 450}));
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Receive Message"));
+    }
+
+    void aPressOnABoxOrLabelSelectsItAndDrawsNothing()
+    {
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
+        drawAndName("imgSend", {200, 150}, {260, 200}, QStringLiteral("mnuSObjectArea7"));
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send Options"));
+
+        QLabel* label = widget("lblSendUsers");
+        QTest::mouseClick(label, Qt::LeftButton, {}, {50, 30});
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send User List"));
+
+        QLabel* box = widget("imgObjectBox1");
+        QTest::mousePress(box, Qt::LeftButton, {}, {10, 10});
+        QTest::mouseMove(box, {40, 40});
+        QTest::mouseRelease(box, Qt::LeftButton, {}, {40, 40});
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send Options"));
+        QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 2);
+        QVERIFY(window->findChild<QLabel*>(QStringLiteral("imgObjectBox2")) == nullptr ||
+                !widget("imgObjectBox2")->isVisible());
+    }
+
+    void picturesLoadThroughTheFileDialogAndFillTheirFrame()
+    {
+        const QString path = writePicture(QStringLiteral("half.bmp"), "BMP");
+        QStringList filters;
+        answerModal<QFileDialog>([path, &filters](QFileDialog* dialog) {
+            filters = dialog->nameFilters();
+            dialog->selectFile(path);
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+        QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
+        QCOMPARE(filters.value(0), QStringLiteral("Graphic Files (*.bmp *.jpg *.gif)"));
+
+        QLabel* frame = widget("imgSend");
+        QCOMPARE(frame->size(), QSize(362, 258));
+        const QImage shown = frame->pixmap().toImage();
+        QCOMPARE(shown.size(), frame->size() * frame->devicePixelRatioF());
+        QCOMPARE(QColor(shown.pixel(20, 20)), QColor(Qt::red));
+        QCOMPARE(QColor(shown.pixel(shown.width() - 20, shown.height() - 20)), QColor(Qt::blue));
+        QCOMPARE(editor().Document().PictureFileName(SkinSide::Send), std::string("half.bmp"));
+        QCOMPARE(editor().Document().PicturePath(SkinSide::Send), path.toStdString());
+
+        // Not a picture: the message, and the frame and document keep what they had.
+        QFile text(files.filePath(QStringLiteral("notes.txt")));
+        QVERIFY(text.open(QIODevice::WriteOnly));
+        text.write("not a picture\n");
+        text.close();
+        chooseFile(text.fileName());
+        QString title;
+        answerModal<QMessageBox>([&title](QMessageBox* box) {
+            title = box->windowTitle();
+            box->button(QMessageBox::Ok)->click();
+        });
+        QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
+        QCOMPARE(title, QStringLiteral("Picture Load Error"));
+        QCOMPARE(QColor(frame->pixmap().toImage().pixel(20, 20)), QColor(Qt::red));
+        QCOMPARE(editor().Document().PictureFileName(SkinSide::Send), std::string("half.bmp"));
+
+        answerModal<QFileDialog>([](QFileDialog* dialog) { dialog->reject(); });
+        QTest::mouseClick(button("imgReceiveLoad"), Qt::LeftButton);
+        QVERIFY(widget("imgRecieve")->pixmap().isNull());
+        QVERIFY(editor().Document().PictureFileName(SkinSide::Receive).empty());
+    }
+
+    void arrowsNudgeTheLabelAndItsRectangle()
+    {
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
+        QLabel* label = widget("lblSendUsers");
+        FaceButton* right = button("imgArrMove2");
+
+        QTest::mousePress(right, Qt::LeftButton);
+        QVERIFY(label->frameStyle() != QFrame::NoFrame);  // outlined while the arrow is held
+        QCOMPARE(right->face(), QStringLiteral("Right_ON"));
+        QTest::mouseRelease(right, Qt::LeftButton);
+        QCOMPARE(label->frameStyle(), int(QFrame::NoFrame));
+        QCOMPARE(right->face(), QStringLiteral("Right_OFF"));
+        QTest::mouseClick(right, Qt::LeftButton);
+        QTest::mouseClick(right, Qt::LeftButton);
+        // Three steps of 10 twips: 585 + 30 = 615 twips = 41 pixels.
+        QCOMPARE(editor().Document().Area(SkinSide::Send, 0), (AreaRect{615, 1215, 1500, 900}));
+        QCOMPARE(label->geometry(), QRect(41, 81, 100, 60));
+
+        QTest::mouseClick(button("imgLock"), Qt::LeftButton);
+        QCOMPARE(button("imgLock")->face(), QStringLiteral("Lock_ON"));
+        for (int step = 0; step < 3; ++step) QTest::mouseClick(button("imgArrMove3"), Qt::LeftButton);
+        QCOMPARE(editor().Document().Area(SkinSide::Send, 0), (AreaRect{615, 1215, 1500, 930}));
+        QCOMPARE(label->geometry(), QRect(41, 81, 100, 62));
+    }
+
+    void anArrowWithoutSelectionAsksOnce()
+    {
+        int messages = 0;
+        QString text;
+        answerModal<QMessageBox>([&](QMessageBox* box) {
+            ++messages;
+            text = box->text();
+            box->button(QMessageBox::Ok)->click();
+        });
+        QTest::mouseClick(button("imgArrMove0"), Qt::LeftButton);
+        QCOMPARE(messages, 1);
+        QCOMPARE(text, QStringLiteral("Please select an object to modify first"));
+    }
+
+    void labelsShowTheDocumentColours()
+    {
+        const QPalette app = QGuiApplication::palette();
+        QLabel* date = widget("lblReceiveDate");
+        QLabel* message = widget("lblReceiveMess");
+        QVERIFY(!date->autoFillBackground());
+        QVERIFY(message->autoFillBackground());
+        QCOMPARE(date->palette().color(QPalette::WindowText), app.color(QPalette::WindowText));
+        QCOMPARE(message->palette().color(QPalette::Window), QColor(0xE0, 0xE0, 0xE0));
+
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
+        QColor initial;
+        answerModal<QColorDialog>([&initial](QColorDialog* dialog) {
+            initial = dialog->currentColor();
+            dialog->setCurrentColor(QColor(0x12, 0x34, 0x56));
+            dialog->accept();
+        });
+        QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
+        QCOMPARE(initial, QColor(Qt::black));
+        QLabel* users = widget("lblSendUsers");
+        QCOMPARE(users->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
+        QCOMPARE(widget("picPreView")->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
+        QCOMPARE(editor().Document().Colour(TextField::SendUsers, ColourRole::Back), 0x563412);
+
+        QTest::mouseClick(button("imgText"), Qt::LeftButton);
+        QCOMPARE(button("imgText")->face(), QStringLiteral("Text_ON"));
+        QCOMPARE(button("imgMap")->face(), QStringLiteral("Map_OFF"));
+        answerModal<QColorDialog>([&initial](QColorDialog* dialog) {
+            initial = dialog->currentColor();
+            dialog->setCurrentColor(QColor(0xAB, 0xCD, 0xEF));
+            dialog->accept();
+        });
+        QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
+        QCOMPARE(initial, QColor(0x12, 0x34, 0x56));  // the dialog remembers its colour
+        QCOMPARE(users->palette().color(QPalette::WindowText), QColor(0xAB, 0xCD, 0xEF));
+        QCOMPARE(users->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
+
+        answerModal<QColorDialog>([](QColorDialog* dialog) { dialog->reject(); });
+        QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
+        QCOMPARE(widget("picPreView")->palette().color(QPalette::Window), QColor(0xAB, 0xCD, 0xEF));
+    }
+
+    void thePickerSwapsLabelsForTheirBoxesWhileHeld()
+    {
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea1"));
+        QLabel* label = widget("lblSendMessage");
+        QLabel* box = widget("imgObjectBox0");
+        FaceButton* picker = button("imgPicker");
+        QTest::mousePress(picker, Qt::RightButton);
+        QCOMPARE(picker->face(), QStringLiteral("Eye_ON"));
+        QVERIFY(!label->isVisible());
+        QVERIFY(box->isVisible());
+        QCOMPARE(box->geometry(), label->geometry());
+        QTest::mouseRelease(picker, Qt::RightButton);
+        QCOMPARE(picker->face(), QStringLiteral("Eye_OFF"));
+        QVERIFY(label->isVisible());
+        QVERIFY(!box->isVisible());
+    }
+
+    void resetParksTheSideAndStartsItsBoxesAgain()
+    {
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
+        drawAndName("imgSend", {200, 150}, {260, 200}, QStringLiteral("mnuSObjectArea3"));
+        drawAndName("imgRecieve", {10, 10}, {110, 40}, QStringLiteral("mnuRObjectArea0"));
+        QTest::mouseClick(button("imgSendClear"), Qt::LeftButton);
+        QCOMPARE(widget("lblSendUsers")->y(), 422);  // 6330 twips
+        QCOMPARE(widget("lblSendUsers")->x(), 39);
+        QVERIFY(!widget("imgObjectBox1")->isVisible());
+        QCOMPARE(widget("lblReceiveDate")->geometry(), QRect(419, 61, 100, 30));
+
+        QTest::mousePress(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
+        QVERIFY(widget("imgObjectBox0")->isVisible());
+        QTest::mouseRelease(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
+    }
+
+    void nameAndAuthorFollowTheDocument()
+    {
+        auto* name = child<QLineEdit>(QStringLiteral("txtSkinName"));
+        QTest::keyClicks(name, QStringLiteral("Blue Sky"));
+        QCOMPARE(editor().Document().SkinName(), std::string("Blue Sky"));
+        QCOMPARE(name->cursorPosition(), 8);
+
+        editor().Document().SetSkinAuthor("Ostervale");
+        editor().Refresh();
+        QCOMPARE(child<QLineEdit>(QStringLiteral("txtSkinAuthor"))->text(), QStringLiteral("Ostervale"));
+    }
+
+    void optionsAndPackageButtonReachTheSkinFiles()
+    {
+        QStringList filters;
+        answerModal<QFileDialog>([&filters](QFileDialog* dialog) {
+            filters = dialog->nameFilters();
+            dialog->reject();
+        });
+        window->options()->setCurrentIndex(2);
+        QCOMPARE(filters.value(0), QStringLiteral("Brindleway Skin Files (*.bsz *.bsi)"));
+
+        QString title;
+        answerModal<QMessageBox>([&title](QMessageBox* box) {
+            title = box->windowTitle();
+            box->button(QMessageBox::Ok)->click();
+        });
+        QTest::mouseClick(button("cmdCreateSkinPackage"), Qt::LeftButton);
+        QCOMPARE(title, QStringLiteral("Package Creation Error"));
+    }
+};
+
+QTEST_MAIN(EditorWiringTest)
+#include "test_editorwiring.moc"

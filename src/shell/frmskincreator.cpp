@@ -69,7 +69,8 @@ FaceButton* FrmSkinCreator::faceButton(const char* name) const
 void FrmSkinCreator::Form_Load()
 {
     // StripWindowFrame: no caption, border or boxes; the window keeps its task-bar entry.
-    setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+    // (Only once: changing the flags of a shown window would hide it.)
+    if (!windowFlags().testFlag(Qt::FramelessWindowHint)) setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setFixedSize(Px(kWindowWidth), Px(kWindowHeight));
     if (startEditor_) startEditor_();
     // Selecting item 0 runs the list's handler, which does nothing for it.

@@ -46,6 +46,9 @@ public:
     QComboBox* options() const { return options_; }
     FrmHelp* helpWindow() const { return help_; }
     void centreOnScreen();
+    // Start-up: frame removed, fixed size, startEditor, item 0 of the options list. Runs
+    // from the constructor; run it again to start the window anew (another skin).
+    void Form_Load();
 
 public slots:
     void cboOptions_Click();
@@ -62,7 +65,6 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void Form_Load();
     void buildOptions();
     void buildTimers();
     void wireButtons();

@@ -305,6 +305,20 @@ private slots:
         QCOMPARE(loadSkinCalls, 2);
     }
 
+    void startingAnewRunsTheStartUpAgain()
+    {
+        int editorStarts = 0;
+        window->setStartEditor([&] { ++editorStarts; });
+        choose(5);
+        fakePlatform->webPages.clear();
+        window->Form_Load();
+        QCOMPARE(editorStarts, 1);
+        QCOMPARE(window->options()->currentIndex(), 0);
+        QVERIFY(fakePlatform->webPages.empty());
+        QVERIFY(window->isVisible());
+        QCOMPARE(window->size(), QSize(792, 409));
+    }
+
     void linkLabelOpensHomePage()
     {
         auto* link = window->findChild<QLabel*>(QStringLiteral("lblCopyRight"));

@@ -196,46 +196,198 @@ std::optional<std::string_view> DecodeOneSymbol(const std::vector<TreeNode>& tre
     }
 }
 
-// Decodes through the lookup tables while a whole word of payload and room for four entries'
-// symbols remain; each word gives at least 57 usable bits, enough for four lookups. Stops at the
-// first pattern the tables cannot settle. The state lives in locals: stores through the output
-// pointer could otherwise alias it.
-void DecodeFast(const Lookup& lookup, BitReader& in, unsigned char*& outRef, unsigned char* end) {
-    constexpr int kLookupsPerWord = 4;
-    constexpr std::ptrdiff_t kFastRoom = kLookupsPerWord * kSymbolsPerEntry + sizeof(std::uint32_t);
-    static_assert(kLookupsPerWord * kLookupBits <= 64 - 7);
-    if (end - outRef < kFastRoom || in.size < sizeof(std::uint64_t)) return;
-    const std::uint8_t* const steps = lookup.steps.data();
-    const std::uint32_t* const symbols = lookup.symbols.data();
-    const unsigned char* const payload = in.payload;
-    const std::uint64_t lastWordByte = in.size - sizeof(std::uint64_t);
-    unsigned char* const fastEnd = end - kFastRoom;
-    unsigned char* out = outRef;
-    std::uint64_t pos = in.pos;
-    while (out <= fastEnd && pos / kBitsPerByte <= lastWordByte) {
-        std::uint64_t word = LoadWord(payload + pos / kBitsPerByte) >> (pos % kBitsPerByte);
-        int k = 0;
-        for (; k < kLookupsPerWord; ++k) {
-            const std::uint32_t index = word & kLookupMask;
-            const std::uint32_t step = steps[index];
-            if (step == 0) break;
-            const std::uint32_t settled = symbols[index];
-            std::memcpy(out, &settled, sizeof settled);  // bytes past the count are overwritten later
-            out += step >> kCountShift;
-            word >>= (step & kBitsMask);
-            pos += step & kBitsMask;
-        }
-        if (k != kLookupsPerWord) break;
+// One run of table decoding: a bit position, an output pointer and the limits it must stay in.
+// It is "ready" while a whole payload word can be loaded at its position, it has not reached
+// `stopBit`, and four entries' symbols (plus one word store) fit before `outLimit`.
+struct Chain {
+    std::uint64_t pos;
+    std::uint64_t stopBit;
+    unsigned char* out;
+    unsigned char* outLimit;
+};
+
+constexpr int kLookupsPerWord = 4;  // each word gives at least 57 usable bits
+static_assert(kLookupsPerWord * kLookupBits <= 64 - 7);
+constexpr std::ptrdiff_t kFastRoom = kLookupsPerWord * kSymbolsPerEntry + sizeof(std::uint32_t);
+
+class TableDecoder {
+public:
+    TableDecoder(const Lookup& lookup, const BitReader& in)
+        : steps_(lookup.steps.data()), symbols_(lookup.symbols.data()), payload_(in.payload),
+          lastWordByte_(in.size >= sizeof(std::uint64_t) ? in.size - sizeof(std::uint64_t) : 0),
+          hasWord_(in.size >= sizeof(std::uint64_t)) {}
+
+    bool Ready(const Chain& c) const {
+        return hasWord_ && c.out <= c.outLimit && c.pos < c.stopBit && c.pos / kBitsPerByte <= lastWordByte_;
     }
-    outRef = out;
-    in.pos = pos;
-}
+
+    // Four lookups from one payload word; false if an entry could not settle its symbol.
+    bool Step(Chain& c) const {
+        std::uint64_t word = LoadWord(payload_ + c.pos / kBitsPerByte) >> (c.pos % kBitsPerByte);
+        for (int k = 0; k < kLookupsPerWord; ++k) {
+            const std::uint32_t index = word & kLookupMask;
+            const std::uint32_t step = steps_[index];
+            if (step == 0) return false;
+            const std::uint32_t settled = symbols_[index];
+            std::memcpy(c.out, &settled, sizeof settled);  // bytes past the count are overwritten later
+            c.out += step >> kCountShift;
+            word >>= (step & kBitsMask);
+            c.pos += step & kBitsMask;
+        }
+        return true;
+    }
+
+    // One lookup; false if it could not settle its symbol.
+    bool StepOnce(Chain& c) const {
+        const std::uint64_t word = LoadWord(payload_ + c.pos / kBitsPerByte) >> (c.pos % kBitsPerByte);
+        const std::uint32_t step = steps_[word & kLookupMask];
+        if (step == 0) return false;
+        const std::uint32_t settled = symbols_[word & kLookupMask];
+        std::memcpy(c.out, &settled, sizeof settled);
+        c.out += step >> kCountShift;
+        c.pos += step & kBitsMask;
+        return true;
+    }
+
+    // Runs one chain until it is not ready or meets an entry it cannot settle. The chain is
+    // copied into locals: stores through its output pointer could otherwise alias it.
+    void Run(Chain& chain) const {
+        Chain c = chain;
+        while (Ready(c) && Step(c)) {
+        }
+        chain = c;
+    }
+
+    // Runs two independent chains side by side, so that the processor overlaps their lookups,
+    // until either stops; then finishes the second alone. Returns whether the first stopped on
+    // an entry it could not settle.
+    void RunPair(Chain& first, Chain& second) const {
+        Chain a = first, b = second;
+        bool bAlive = true;
+        while (Ready(a) && Ready(b)) {
+            const bool aOk = Step(a);
+            bAlive = Step(b);
+            if (!aOk || !bAlive) break;
+        }
+        first = a;
+        if (bAlive) Run(b);
+        second = b;
+    }
+
+private:
+    const std::uint8_t* steps_;
+    const std::uint32_t* symbols_;
+    const unsigned char* payload_;
+    std::uint64_t lastWordByte_;
+    bool hasWord_;
+};
+
+// Long outputs are decoded by two chains at once. The payload is cut into segments; while the
+// main chain decodes one segment into the output, a speculative chain decodes the next one into
+// a scratch buffer from the segment's first bit, which is usually not a code boundary. Huffman
+// codes fall into step within a few symbols, so when the main chain reaches the next segment it
+// walks symbol by symbol until it stands on a boundary the speculative chain recorded; from
+// there both decodes are the same, and the scratch output is taken over. If no recorded
+// boundary is met, the main chain decodes that segment itself. Only the main chain's own tree
+// walk raises errors, so errors arise exactly where the single chain meets them.
+constexpr std::uint64_t kSegmentBits = std::uint64_t{1} << 18;  // 32 KB of payload
+constexpr int kRecordedSteps = 64;
+constexpr std::int64_t kTwoChainsWorthwhile = std::int64_t{1} << 20;
+
+struct Boundary {
+    std::uint64_t pos;
+    std::size_t produced;
+};
+
+class TwoChainDecoder {
+public:
+    TwoChainDecoder(const TableDecoder& table, const std::vector<TreeNode>& tree, BitReader& in)
+        : table_(table), tree_(tree), in_(in), scratch_(kSegmentBits + 2 * kFastRoom) {}
+
+    // Decodes from `out` towards `end` until fewer than two whole segments of payload remain
+    // after the main chain's position; leaves the rest to the caller.
+    std::optional<std::string_view> Decode(unsigned char*& out, unsigned char* end) {
+        const std::uint64_t payloadBits = std::uint64_t{in_.size} * kBitsPerByte;
+        for (;;) {
+            const std::uint64_t start = (in_.pos / kSegmentBits + 1) * kSegmentBits;
+            // A word must be loadable anywhere the speculative chain may stop.
+            if (start + kSegmentBits + 2 * 64 > payloadBits || out >= end) return std::nullopt;
+            if (auto error = Round(start, out, end)) return error;
+        }
+    }
+
+private:
+    std::optional<std::string_view> Round(std::uint64_t start, unsigned char*& out, unsigned char* end) {
+        unsigned char* const scratch = scratch_.data();
+        Chain main{in_.pos, start, out, end - kFastRoom};
+        Chain ahead{start, start + kSegmentBits, scratch, scratch + scratch_.size() - kFastRoom};
+
+        // The speculative chain records its first boundaries one lookup at a time.
+        boundaries_.clear();
+        bool aheadAlive = true;
+        while (boundaries_.size() < kRecordedSteps && (aheadAlive = table_.Ready(ahead))) {
+            boundaries_.push_back({ahead.pos, static_cast<std::size_t>(ahead.out - scratch)});
+            if (!(aheadAlive = table_.StepOnce(ahead))) break;
+        }
+        if (aheadAlive) {
+            table_.RunPair(main, ahead);
+        } else {
+            table_.Run(main);
+        }
+        boundaries_.push_back({ahead.pos, static_cast<std::size_t>(ahead.out - scratch)});
+
+        // The main chain finishes its segment: table steps, and tree walks where they stop.
+        in_.pos = main.pos;
+        out = main.out;
+        while (in_.pos < start && out < end) {
+            Chain rest{in_.pos, start, out, end - kFastRoom};
+            table_.Run(rest);
+            in_.pos = rest.pos;
+            out = rest.out;
+            if (in_.pos >= start || out >= end) break;
+            if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
+        }
+
+        // Walk symbol by symbol onto a recorded boundary, then take over the scratch output.
+        std::size_t next = 0;
+        while (out < end) {
+            while (next < boundaries_.size() && boundaries_[next].pos < in_.pos) ++next;
+            if (next == boundaries_.size()) return std::nullopt;  // never fell into step
+            const Boundary& meet = boundaries_[next];
+            if (meet.pos == in_.pos) {
+                const std::size_t taken = static_cast<std::size_t>(ahead.out - scratch) - meet.produced;
+                if (taken > static_cast<std::size_t>(end - out)) return std::nullopt;  // the output ends inside
+                std::memcpy(out, scratch + meet.produced, taken);
+                out += taken;
+                in_.pos = ahead.pos;
+                return std::nullopt;
+            }
+            if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
+        }
+        return std::nullopt;
+    }
+
+    const TableDecoder& table_;
+    const std::vector<TreeNode>& tree_;
+    BitReader& in_;
+    std::vector<unsigned char> scratch_;
+    std::vector<Boundary> boundaries_;
+};
 
 std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree, const Lookup* lookup,
                                               BitReader& in, unsigned char* out, unsigned char* end) {
+    if (lookup && end - out >= kTwoChainsWorthwhile) {
+        const TableDecoder table(*lookup, in);
+        TwoChainDecoder twoChains(table, tree, in);
+        if (auto error = twoChains.Decode(out, end)) return error;
+    }
     while (out < end) {
         if (lookup) {
-            DecodeFast(*lookup, in, out, end);
+            const TableDecoder table(*lookup, in);
+            Chain chain{in.pos, UINT64_MAX, out, end - kFastRoom};
+            table.Run(chain);
+            in.pos = chain.pos;
+            out = chain.out;
             if (out == end) break;
         }
         if (auto error = DecodeOneSymbol(tree, in, out)) return error;

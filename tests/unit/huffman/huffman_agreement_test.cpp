@@ -109,6 +109,39 @@ TEST(HuffmanAgreement, DecoderMatchesTheLiteralDecoder) {
     }
 }
 
+TEST(HuffmanAgreement, DecoderMatchesOnLongStreams) {
+    // Outputs of megabytes take the decoder's two-chain path; changes deep in the payload must
+    // still give the single walk's result.
+    const unsigned seed = BaseSeed() + 4;
+    SCOPED_TRACE(seed);
+    std::mt19937 rng(seed);
+    CodeBook comb;
+    for (int s = 0; s < 40; ++s) comb[static_cast<unsigned char>(s)] = std::string(s, '0') + "1";
+    for (int round = 0; round < 8; ++round) {
+        const std::size_t size = std::uniform_int_distribution<std::size_t>(1u << 20, 3u << 20)(rng);
+        std::string stream;
+        if (round % 2 == 0) {
+            stream = HuffmanEncode(round % 4 == 0 ? SkewedBytes(rng, size) : RandomBytes(rng, size, 200), true);
+        } else {
+            std::string data(size, '\0');
+            std::geometric_distribution<int> pick(0.4);
+            for (auto& c : data) c = static_cast<char>(std::min(pick(rng), 39));
+            stream = HandStream(comb, data);
+        }
+        ASSERT_TRUE(SameResult(HuffmanDecode(stream), literal::Decode(stream))) << "round " << round;
+        for (int m = 0; m < 3; ++m) {
+            std::string changed = stream;
+            const std::size_t at = std::uniform_int_distribution<std::size_t>(stream.size() / 3, stream.size() - 1)(rng);
+            if (m == 2) {
+                changed.resize(at);
+            } else {
+                changed[at] = static_cast<char>(changed[at] ^ (1 << (rng() % 8)));
+            }
+            ASSERT_TRUE(SameResult(HuffmanDecode(changed), literal::Decode(changed))) << "round " << round << " change " << m;
+        }
+    }
+}
+
 TEST(HuffmanAgreement, DecoderMatchesOnArbitraryBytesAfterAHeader) {
     std::mt19937 rng(BaseSeed() + 3);
     for (int round = 0; round < 2000; ++round) {

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QPainter>
+#include <QWindow>
 
 #include <array>
 #include <string_view>
@@ -124,8 +125,10 @@ QLabel* InkLabel(const QString& text, QWidget* parent, const FontSpec& font, QCo
 }  // namespace
 
 FrmHelp::FrmHelp(QWidget* owner)
-    : QWidget(owner, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
 {
+    create();
+    if (owner != nullptr && owner->windowHandle() != nullptr) windowHandle()->setTransientParent(owner->windowHandle());
     setObjectName(QStringLiteral("frmHelp"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Help - Brindleway Skin Framewright"));

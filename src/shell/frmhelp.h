@@ -11,7 +11,9 @@ class FrmHelp : public QWidget {
     Q_OBJECT
 
 public:
-    // owner: the main window, over which the help window stays and with which it goes.
+    // owner: the main window, over which the help window stays and with which it goes. The
+    // owner is the window system's transient parent, not a Qt parent, so that the help window
+    // stays usable while the main window's input is off.
     explicit FrmHelp(QWidget* owner);
 
     // The footer: a fixed head naming the maker and its site, then "Version " and

@@ -54,7 +54,11 @@ FrmSkinCreator::FrmSkinCreator(QWidget* parent)
     Form_Load();
 }
 
-FrmSkinCreator::~FrmSkinCreator() = default;
+// The help window goes with the main window.
+FrmSkinCreator::~FrmSkinCreator()
+{
+    delete help_;
+}
 
 void FrmSkinCreator::setPlatform(Platform* platform)
 {

@@ -4,12 +4,14 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPointer>
+#include <QWindow>
 #include <QtTest>
 
 #include "facebutton.h"
 #include "fakeplatform.h"
 #include "frmhelp.h"
 #include "frmskincreator.h"
+#include "qtplatform.h"
 
 using skin::FaceButton;
 using skin::FrmHelp;
@@ -36,17 +38,29 @@ private slots:
         QVERIFY(help != nullptr);
         QVERIFY(help->isVisible());
         chooseHelp();  // shown again: the same window, brought forward
-        QCOMPARE(window->findChildren<FrmHelp*>().size(), 1);
+        QCOMPARE(helpWindows(), 1);
         QCOMPARE(window->helpWindow(), help.data());
         QCOMPARE(help->objectName(), QStringLiteral("frmHelp"));
         QCOMPARE(help->size(), QSize(680, 272));
-        QCOMPARE(help->parentWidget(), window.get());
+        QCOMPARE(help->windowHandle()->transientParent(), window->windowHandle());
         const Qt::WindowFlags flags = help->windowFlags();
         QVERIFY(flags.testFlag(Qt::FramelessWindowHint));
         QVERIFY(flags.testFlag(Qt::WindowStaysOnTopHint));
         QCOMPARE(help->windowType(), Qt::Tool);
         QCOMPARE(help->windowTitle(), QStringLiteral("Help - Brindleway Skin Framewright"));
         QCOMPARE(help->pos(), window->pos() + QPoint((792 - 680) / 2, (409 - 272) / 2));  // centred over it
+    }
+
+    void staysUsableWhileTheMainWindowIsBusyAndGoesWithIt()
+    {
+        chooseHelp();
+        QPointer<FrmHelp> help = window->helpWindow();
+        window->qtPlatform().SetMainWindowInput(false);
+        QVERIFY(!window->isEnabled());
+        QVERIFY(help->isEnabled());
+        window->qtPlatform().SetMainWindowInput(true);
+        window.reset();
+        QVERIFY(help.isNull());
     }
 
     void footerNamesMakerAndVersion()
@@ -170,6 +184,12 @@ private:
         if (list->currentIndex() != 1) list->setCurrentIndex(1);
         emit list->activated(1);
         QCoreApplication::processEvents();
+    }
+    static int helpWindows()
+    {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        return static_cast<int>(std::count_if(windows.begin(), windows.end(),
+                                              [](QWidget* w) { return qobject_cast<FrmHelp*>(w) != nullptr; }));
     }
     static QString footerOf(FrmHelp* help) { return help->findChild<QLabel*>(QStringLiteral("lblFooter"))->text(); }
 

@@ -9,7 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev zlib1g-dev
   clang-14 libclang-rt-14-dev
   xvfb xauth xdotool x11-utils imagemagick openbox
-  fonts-dejavu-core python3
+  fonts-dejavu-core fonts-dejavu-extra python3
 )
 
 missing=()

@@ -89,7 +89,9 @@ QtSurfaceView::QtSurfaceView(QWidget& window, QObject* elementFilter) : window_(
     for (int f = 0; f < kTextFields; ++f) {
         QLabel* label = window_.findChild<QLabel*>(Q(LabelName(static_cast<TextField>(f))));
         labels_[f] = label;
-        if (label != nullptr && elementFilter_ != nullptr) label->installEventFilter(elementFilter_);
+        if (label == nullptr) continue;
+        label->setAlignment(Qt::AlignLeft | Qt::AlignTop);  // a caption starts at the field's top-left
+        if (elementFilter_ != nullptr) label->installEventFilter(elementFilter_);
     }
     for (int i = 0; i < kArrows; ++i) {
         arrows_[i] = window_.findChild<FaceButton*>(QStringLiteral("imgArrMove") + QString::number(i));

@@ -259,19 +259,19 @@ public:
     }
 
     // Runs two independent chains side by side, so that the processor overlaps their lookups,
-    // until either stops; then finishes the second alone. Returns whether the first stopped on
-    // an entry it could not settle.
-    void RunPair(Chain& first, Chain& second) const {
+    // until either is not ready or meets an entry it cannot settle (its flag turns false).
+    void RunPair(Chain& first, Chain& second, bool& firstOk, bool& secondOk) const {
         Chain a = first, b = second;
-        bool bAlive = true;
+        bool aOk = true, bOk = true;
         while (Ready(a) && Ready(b)) {
-            const bool aOk = Step(a);
-            bAlive = Step(b);
-            if (!aOk || !bAlive) break;
+            aOk = Step(a);
+            bOk = Step(b);
+            if (!aOk || !bOk) break;
         }
         first = a;
-        if (bAlive) Run(b);
         second = b;
+        firstOk = aOk;
+        secondOk = bOk;
     }
 
 private:
@@ -317,36 +317,72 @@ public:
     }
 
 private:
+    // The speculative chain's own tree walk for a symbol the table cannot settle. It raises
+    // nothing: if the walk fails the chain just stops, and the main chain meets the failure
+    // itself if it is real.
+    bool WalkQuietly(Chain& c) const {
+        std::uint32_t node = 0;
+        for (;;) {
+            const std::uint64_t byte = c.pos / kBitsPerByte;
+            if (byte >= in_.size) return false;
+            const unsigned bit = (in_.payload[byte] >> (c.pos % kBitsPerByte)) & 1u;
+            ++c.pos;
+            const std::uint32_t child = tree_[node][bit];
+            if (child == kNone) return false;
+            if (child & kLeaf) {
+                *c.out++ = static_cast<unsigned char>(child & kSymbolMask);
+                return true;
+            }
+            node = child;
+        }
+    }
+
     std::optional<std::string_view> Round(std::uint64_t start, unsigned char*& out, unsigned char* end) {
         unsigned char* const scratch = scratch_.data();
-        Chain main{in_.pos, start, out, end - kFastRoom};
         Chain ahead{start, start + kSegmentBits, scratch, scratch + scratch_.size() - kFastRoom};
+        auto produced = [&] { return static_cast<std::size_t>(ahead.out - scratch); };
 
         // The speculative chain records its first boundaries one lookup at a time.
         boundaries_.clear();
         bool aheadAlive = true;
         while (boundaries_.size() < kRecordedSteps && (aheadAlive = table_.Ready(ahead))) {
-            boundaries_.push_back({ahead.pos, static_cast<std::size_t>(ahead.out - scratch)});
-            if (!(aheadAlive = table_.StepOnce(ahead))) break;
+            boundaries_.push_back({ahead.pos, produced()});
+            if (!table_.StepOnce(ahead) && !(aheadAlive = WalkQuietly(ahead))) break;
         }
-        if (aheadAlive) {
-            table_.RunPair(main, ahead);
-        } else {
-            table_.Run(main);
-        }
-        boundaries_.push_back({ahead.pos, static_cast<std::size_t>(ahead.out - scratch)});
 
-        // The main chain finishes its segment: table steps, and tree walks where they stop.
+        // Both chains on to the end of their segments, side by side while both can use the table.
+        Chain main{in_.pos, start, out, end - kFastRoom};
+        for (;;) {
+            const bool mainMore = main.pos < start && main.out < end;
+            aheadAlive = aheadAlive && table_.Ready(ahead);
+            if (!mainMore && !aheadAlive) break;
+            if (mainMore && aheadAlive && table_.Ready(main)) {
+                bool mainOk = true, aheadOk = true;
+                table_.RunPair(main, ahead, mainOk, aheadOk);
+                if (!aheadOk) aheadAlive = WalkQuietly(ahead);
+                if (mainOk) continue;
+            } else if (aheadAlive) {
+                table_.Run(ahead);
+                if (table_.Ready(ahead)) aheadAlive = WalkQuietly(ahead);  // stopped on a long code
+                if (!mainMore) continue;
+                table_.Run(main);
+            } else {
+                table_.Run(main);
+            }
+            // The main chain stopped where the table cannot settle, or near the output's end.
+            if (main.pos >= start || main.out >= end) continue;
+            in_.pos = main.pos;
+            unsigned char* walked = main.out;  // keeps `main` itself out of memory
+            if (auto error = DecodeOneSymbol(tree_, in_, walked)) {
+                out = walked;
+                return error;
+            }
+            main.pos = in_.pos;
+            main.out = walked;
+        }
+        boundaries_.push_back({ahead.pos, produced()});
         in_.pos = main.pos;
         out = main.out;
-        while (in_.pos < start && out < end) {
-            Chain rest{in_.pos, start, out, end - kFastRoom};
-            table_.Run(rest);
-            in_.pos = rest.pos;
-            out = rest.out;
-            if (in_.pos >= start || out >= end) break;
-            if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
-        }
 
         // Walk symbol by symbol onto a recorded boundary, then take over the scratch output.
         std::size_t next = 0;
@@ -355,7 +391,7 @@ private:
             if (next == boundaries_.size()) return std::nullopt;  // never fell into step
             const Boundary& meet = boundaries_[next];
             if (meet.pos == in_.pos) {
-                const std::size_t taken = static_cast<std::size_t>(ahead.out - scratch) - meet.produced;
+                const std::size_t taken = produced() - meet.produced;
                 if (taken > static_cast<std::size_t>(end - out)) return std::nullopt;  // the output ends inside
                 std::memcpy(out, scratch + meet.produced, taken);
                 out += taken;

@@ -43,6 +43,8 @@ std::string HuffmanEncode(std::string_view sData, bool blnForce);
 // Length fields convert when they are an optional sign and decimal digits whose value fits a
 // 32-bit signed integer. A stream that declares more than 8 output bytes per payload byte fails
 // with "Expecting more bytes in data stream" before anything is allocated for the output.
+// Besides the output, decoding holds the code tree: at most 8 bytes per code bit in the stream's
+// lookup table.
 std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData);
 
 }  // namespace skin

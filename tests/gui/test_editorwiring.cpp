@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <cmath>
 #include <functional>
 #include <memory>
 
@@ -88,7 +89,7 @@ private:
                 menu->setActiveAction(menu->findChild<QAction*>(itemName));
                 QTest::keyClick(menu, Qt::Key_Return);
             }
-            return true;
+            return !menu->isVisible();
         });
     }
 
@@ -99,7 +100,7 @@ private:
             auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
             if (dialog == nullptr || !dialog->isVisible()) return false;
             act(dialog);
-            return true;
+            return !dialog->isVisible();
         });
     }
 
@@ -130,12 +131,19 @@ private:
         return path;
     }
 
+    // selectFile leaves the name field alone once it has the focus, so the path goes into
+    // the field itself, as typed.
+    static void acceptFile(QFileDialog* dialog, const QString& path)
+    {
+        auto* field = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QVERIFY(field != nullptr);
+        field->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    }
+
     void chooseFile(const QString& path)
     {
-        answerModal<QFileDialog>([path](QFileDialog* dialog) {
-            dialog->selectFile(path);
-            QMetaObject::invokeMethod(dialog, "accept");
-        });
+        answerModal<QFileDialog>([path](QFileDialog* dialog) { acceptFile(dialog, path); });
     }
 
 private slots:
@@ -263,8 +271,7 @@ private slots:
         QStringList filters;
         answerModal<QFileDialog>([path, &filters](QFileDialog* dialog) {
             filters = dialog->nameFilters();
-            dialog->selectFile(path);
-            QMetaObject::invokeMethod(dialog, "accept");
+            acceptFile(dialog, path);
         });
         QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
         QCOMPARE(filters.value(0), QStringLiteral("Graphic Files (*.bmp *.jpg *.gif)"));
@@ -323,6 +330,35 @@ private slots:
         for (int step = 0; step < 3; ++step) QTest::mouseClick(button("imgArrMove3"), Qt::LeftButton);
         QCOMPARE(editor().Document().Area(SkinSide::Send, 0), (AreaRect{615, 1215, 1500, 930}));
         QCOMPARE(label->geometry(), QRect(41, 81, 100, 62));
+    }
+
+    void holdingAnArrowRepeatsTheStep()
+    {
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
+        FaceButton* down = button("imgArrMove3");
+        QTest::mousePress(down, Qt::LeftButton);
+        QTRY_VERIFY(editor().Document().Area(SkinSide::Send, 0).Top >= 1215 + 30);
+        QTest::mouseRelease(down, Qt::LeftButton);
+        const int top = editor().Document().Area(SkinSide::Send, 0).Top;
+        QTest::qWait(150);  // the repeat has stopped with the release
+        QCOMPARE(editor().Document().Area(SkinSide::Send, 0).Top, top);
+        QCOMPARE(widget("lblSendUsers")->y(), static_cast<int>(std::lround(top / 15.0)));
+    }
+
+    void holdingAnArrowWithoutSelectionAsksOncePerPress()
+    {
+        int messages = 0;
+        answerModal<QMessageBox>([&messages](QMessageBox* box) {
+            ++messages;
+            box->button(QMessageBox::Ok)->click();
+        });
+        FaceButton* up = button("imgArrMove1");
+        QTest::mousePress(up, Qt::LeftButton);
+        QTRY_COMPARE(messages, 1);  // the first tick of the repeat asks
+        QTest::qWait(150);
+        QTest::mouseRelease(up, Qt::LeftButton);  // and the click that follows does not ask again
+        QTest::qWait(50);
+        QCOMPARE(messages, 1);
     }
 
     void anArrowWithoutSelectionAsksOnce()
@@ -412,6 +448,25 @@ private slots:
         QTest::mousePress(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
         QVERIFY(widget("imgObjectBox0")->isVisible());
         QTest::mouseRelease(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
+    }
+
+    void aNewStartEmptiesFramesAndHidesEveryBox()
+    {
+        chooseFile(writePicture(QStringLiteral("start.bmp"), "BMP"));
+        QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
+        QVERIFY(!widget("imgSend")->pixmap().isNull());
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea4"));
+        drawAndName("imgSend", {200, 150}, {260, 200}, QStringLiteral("mnuSObjectArea5"));
+        QVERIFY(widget("imgObjectBox1")->isVisible());
+
+        editor().ResetEditor();  // what "Create Another?" answered Yes does
+        QVERIFY(widget("imgSend")->pixmap().isNull());
+        QVERIFY(!widget("imgObjectBox0")->isVisible());
+        QVERIFY(!widget("imgObjectBox1")->isVisible());
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection:"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea4"));
+        QVERIFY(widget("imgObjectBox0")->isVisible());
+        QVERIFY(!widget("imgObjectBox1")->isVisible());
     }
 
     void nameAndAuthorFollowTheDocument()

@@ -18,8 +18,8 @@ inline QColor ToQColor(OleColour ole)
     if ((bits & kOleSystemBit) == 0) return QColor(bits & 0xFF, (bits >> 8) & 0xFF, (bits >> 16) & 0xFF);
     const QPalette palette = QGuiApplication::palette();
     switch (bits & ~kOleSystemBit) {
-    case 5: return palette.color(QPalette::Base);        // window background
-    case 8: return palette.color(QPalette::Text);        // window text
+    case 5: return palette.color(QPalette::Window);      // window background
+    case 8: return palette.color(QPalette::WindowText);  // window text
     case 15: return palette.color(QPalette::Button);     // button face
     case 18: return palette.color(QPalette::ButtonText);
     default: return palette.color(QPalette::Window);

@@ -36,15 +36,6 @@ QRect PixelRect(const RectF& rect)
             std::max(0, PixelsOf(rect.Height))};
 }
 
-// A label's colours: the two system colours the text fields start with render as the
-// palette's window background and window text; every other value is an RGB colour.
-QColor ShownColour(OleColour colour)
-{
-    if (colour == kSystemWindowBackground) return QGuiApplication::palette().color(QPalette::Window);
-    if (colour == kSystemWindowText) return QGuiApplication::palette().color(QPalette::WindowText);
-    return ToQColor(colour);
-}
-
 void SetRoleColour(QWidget& widget, QPalette::ColorRole role, const QColor& colour)
 {
     if (widget.palette().color(role) == colour) return;
@@ -190,8 +181,8 @@ void QtSurfaceView::mirrorLabels(const EditorSurface& surface, const SkinDocumen
         if (widget->frameStyle() != frameStyle) widget->setFrameStyle(frameStyle);
         // Transparent labels keep a back colour that is never drawn.
         if (widget->autoFillBackground() == label.transparent) widget->setAutoFillBackground(!label.transparent);
-        SetRoleColour(*widget, QPalette::Window, ShownColour(document.Colour(field, ColourRole::Back)));
-        SetRoleColour(*widget, QPalette::WindowText, ShownColour(document.Colour(field, ColourRole::Text)));
+        SetRoleColour(*widget, QPalette::Window, ToQColor(document.Colour(field, ColourRole::Back)));
+        SetRoleColour(*widget, QPalette::WindowText, ToQColor(document.Colour(field, ColourRole::Text)));
         widget->setVisible(label.visible);
     }
 }

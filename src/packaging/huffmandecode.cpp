@@ -108,18 +108,19 @@ std::vector<TreeNode> BuildTree(std::string_view table, std::uint64_t payloadBit
 // ---- lookup table ----------------------------------------------------------------------------
 
 // Two parallel tables indexed by the next kLookupBits payload bits. `steps` holds the bits that
-// the settled symbols use (low 6 bits, so a shift by the whole byte shifts by them) and their
-// count (top 2 bits); 0 means the table cannot settle the next symbol. `symbols` holds up to three
+// the settled symbols use (low 6 bits, so a shift by the whole byte shifts by them; 0 means the
+// table cannot settle the next symbol) and their count (top 2 bits); `symbols` holds up to three
 // symbols, first in the low byte. Only the small `steps` table lies on the decoder's critical
-// path, so it is kept to one byte an entry.
+// path, so it is kept to one byte an entry and stays in the first-level cache.
 constexpr int kLookupBits = 14;
 constexpr std::uint32_t kLookupSize = 1u << kLookupBits;
 constexpr std::uint32_t kLookupMask = kLookupSize - 1;
 constexpr std::uint32_t kSymbolsPerEntry = 3;
 constexpr int kCountShift = 6;
 constexpr std::uint32_t kBitsMask = (1u << kCountShift) - 1;
-static_assert(kLookupBits <= static_cast<int>(kBitsMask) && kSymbolsPerEntry < 4);
-// Below this output length the tables cost more to build than they save.
+constexpr std::uint32_t kCountMask = 3;
+static_assert(kLookupBits <= static_cast<int>(kBitsMask) && kSymbolsPerEntry <= kCountMask);
+// Below this output length the table costs more to build than it saves.
 constexpr std::int64_t kLookupWorthwhile = 4096;
 
 struct Lookup {
@@ -159,7 +160,7 @@ Lookup BuildLookup(const std::vector<TreeNode>& tree) {
             const std::uint32_t rest = p >> used;
             const std::uint32_t next = length[rest];
             if (next == 0 || used + next > kLookupBits) break;
-            settled |= std::uint32_t{symbol[rest]} << (8 * count);
+            settled |= std::uint32_t{symbol[rest]} << (kBitsPerByte * count);
             used += next;
             ++count;
         }
@@ -196,206 +197,309 @@ std::optional<std::string_view> DecodeOneSymbol(const std::vector<TreeNode>& tre
     }
 }
 
-// One run of table decoding: a bit position, an output pointer and the limits it must stay in.
-// It is "ready" while a whole payload word can be loaded at its position, it has not reached
-// `stopBit`, and four entries' symbols (plus one word store) fit before `outLimit`.
-struct Chain {
-    std::uint64_t pos;
-    std::uint64_t stopBit;
+// The same walk for a speculative lane: it raises nothing, it only says whether it got a symbol.
+bool WalkQuietly(const std::vector<TreeNode>& tree, BitReader& in, unsigned char*& out) {
+    std::uint32_t node = 0;
+    for (;;) {
+        const std::uint64_t byte = in.pos / kBitsPerByte;
+        if (byte >= in.size) return false;
+        const unsigned bit = (in.payload[byte] >> (in.pos % kBitsPerByte)) & 1u;
+        ++in.pos;
+        const std::uint32_t child = tree[node][bit];
+        if (child == kNone) return false;
+        if (child & kLeaf) {
+            *out++ = static_cast<unsigned char>(child & kSymbolMask);
+            return true;
+        }
+        node = child;
+    }
+}
+
+// A lane decodes through the table from some bit of the payload. Its bit buffer holds `count`
+// unread bits, lowest first; a refill ORs in the word at `next`, so the bits above `count` are
+// always either zero or the very bits the next refill puts there.
+struct Lane {
+    const unsigned char* next;
+    std::uint64_t buffer;
+    unsigned count;
     unsigned char* out;
-    unsigned char* outLimit;
 };
 
-constexpr int kLookupsPerWord = 4;  // each word gives at least 57 usable bits
-static_assert(kLookupsPerWord * kLookupBits <= 64 - 7);
-constexpr std::ptrdiff_t kFastRoom = kLookupsPerWord * kSymbolsPerEntry + sizeof(std::uint32_t);
+constexpr int kLookupsPerStep = 4;  // a refill leaves at least 56 bits in the buffer
+static_assert(kLookupsPerStep * kLookupBits <= 56);
 
-class TableDecoder {
+// The two tables' addresses, passed by value so that they stay in registers: stores through an
+// output pointer could otherwise alias them and force reloads after each store.
+struct Tables {
+    const std::uint8_t* steps;
+    const std::uint32_t* symbols;
+};
+constexpr std::uint64_t kMaxStepBits = kLookupsPerStep * kLookupBits;
+constexpr std::ptrdiff_t kWordBytes = sizeof(std::uint64_t);
+constexpr std::ptrdiff_t kMaxRefillAdvance = kWordBytes - 1;
+constexpr std::ptrdiff_t kEntryStore = sizeof(std::uint32_t);  // each lookup stores one word
+constexpr std::ptrdiff_t kMaxStepOutput = kLookupsPerStep * kSymbolsPerEntry;
+constexpr std::ptrdiff_t kStepRoom = kMaxStepOutput - kSymbolsPerEntry + kEntryStore;
+
+enum class Halt { kReached, kLimit, kUnsettled };
+
+class LaneDecoder {
 public:
-    TableDecoder(const Lookup& lookup, const BitReader& in)
-        : steps_(lookup.steps.data()), symbols_(lookup.symbols.data()), payload_(in.payload),
-          lastWordByte_(in.size >= sizeof(std::uint64_t) ? in.size - sizeof(std::uint64_t) : 0),
-          hasWord_(in.size >= sizeof(std::uint64_t)) {}
+    LaneDecoder(const Lookup& lookup, const BitReader& in)
+        : table_{lookup.steps.data(), lookup.symbols.data()}, payload_(in.payload), end_(in.payload + in.size) {}
 
-    bool Ready(const Chain& c) const {
-        return hasWord_ && c.out <= c.outLimit && c.pos < c.stopBit && c.pos / kBitsPerByte <= lastWordByte_;
+    // Whether a lane can start at `pos`: a whole word can be loaded there.
+    bool CanStartAt(std::uint64_t pos) const {
+        return end_ - payload_ >= kWordBytes && pos / kBitsPerByte <= static_cast<std::uint64_t>(end_ - payload_ - kWordBytes);
     }
 
-    // Four lookups from one payload word; false if an entry could not settle its symbol.
-    bool Step(Chain& c) const {
-        std::uint64_t word = LoadWord(payload_ + c.pos / kBitsPerByte) >> (c.pos % kBitsPerByte);
-        for (int k = 0; k < kLookupsPerWord; ++k) {
-            const std::uint32_t index = word & kLookupMask;
-            const std::uint32_t step = steps_[index];
-            if (step == 0) return false;
-            const std::uint32_t settled = symbols_[index];
-            std::memcpy(c.out, &settled, sizeof settled);  // bytes past the count are overwritten later
-            c.out += step >> kCountShift;
-            word >>= (step & kBitsMask);
-            c.pos += step & kBitsMask;
-        }
+    Lane Start(std::uint64_t pos, unsigned char* out) const {
+        Lane lane{payload_ + pos / kBitsPerByte, 0, 0, out};
+        Refill(lane);
+        const unsigned skip = pos % kBitsPerByte;
+        lane.buffer >>= skip;
+        lane.count -= skip;
+        return lane;
+    }
+
+    std::uint64_t Pos(const Lane& lane) const {
+        return static_cast<std::uint64_t>(lane.next - payload_) * kBitsPerByte - lane.count;
+    }
+
+    static void Refill(Lane& lane) {
+        lane.buffer |= LoadWord(lane.next) << lane.count;
+        lane.next += (63 - lane.count) >> 3;
+        lane.count |= 56;
+    }
+
+    // One lookup; false, with the lane unchanged, when the table cannot settle the next symbol.
+    static bool LookupOnce(Tables table, Lane& lane) {
+        const std::size_t index = lane.buffer & kLookupMask;
+        const std::uint32_t entry = table.steps[index];
+        const unsigned bits = entry & kBitsMask;
+        if (bits == 0) return false;
+        const std::uint32_t settled = table.symbols[index];
+        std::memcpy(lane.out, &settled, sizeof settled);  // bytes past the count are overwritten later
+        lane.out += (entry >> kCountShift) & kCountMask;
+        lane.buffer >>= bits;
+        lane.count -= bits;
         return true;
     }
 
-    // One lookup; false if it could not settle its symbol.
-    bool StepOnce(Chain& c) const {
-        const std::uint64_t word = LoadWord(payload_ + c.pos / kBitsPerByte) >> (c.pos % kBitsPerByte);
-        const std::uint32_t step = steps_[word & kLookupMask];
-        if (step == 0) return false;
-        const std::uint32_t settled = symbols_[word & kLookupMask];
-        std::memcpy(c.out, &settled, sizeof settled);
-        c.out += step >> kCountShift;
-        c.pos += step & kBitsMask;
+    // A refill and kLookupsPerStep lookups; false where an entry could not settle its symbol.
+    static bool Step(Tables table, Lane& lane) {
+        Refill(lane);
+        for (int k = 0; k < kLookupsPerStep; ++k)
+            if (!LookupOnce(table, lane)) return false;
         return true;
     }
 
-    // Runs one chain until it is not ready or meets an entry it cannot settle. The chain is
-    // copied into locals: stores through its output pointer could otherwise alias it.
-    void Run(Chain& chain) const {
-        Chain c = chain;
-        while (Ready(c) && Step(c)) {
-        }
-        chain = c;
+    // How many steps `lane` can take without passing the payload's last word, `outEnd` or `stopBit`.
+    std::uint64_t SafeSteps(const Lane& lane, const unsigned char* outEnd, std::uint64_t stopBit) const {
+        const std::ptrdiff_t inRoom = end_ - lane.next;
+        const std::ptrdiff_t outRoom = outEnd - lane.out;
+        const std::uint64_t pos = Pos(lane);
+        if (inRoom < kWordBytes || outRoom < kStepRoom || pos >= stopBit) return 0;
+        return std::min({static_cast<std::uint64_t>((inRoom - kWordBytes) / kMaxRefillAdvance + 1),
+                         static_cast<std::uint64_t>((outRoom - kStepRoom) / kMaxStepOutput + 1),
+                         (stopBit - pos) / kMaxStepBits});
     }
 
-    // Runs two independent chains side by side, so that the processor overlaps their lookups,
-    // until either is not ready or meets an entry it cannot settle (its flag turns false).
-    void RunPair(Chain& first, Chain& second, bool& firstOk, bool& secondOk) const {
-        Chain a = first, b = second;
-        bool aOk = true, bOk = true;
-        while (Ready(a) && Ready(b)) {
-            aOk = Step(a);
-            bOk = Step(b);
-            if (!aOk || !bOk) break;
+    // Decodes until `stopBit` is reached, a limit is near, or the table cannot settle a symbol.
+    Halt Run(Lane& lane, const unsigned char* outEnd, std::uint64_t stopBit) const {
+        Lane l = lane;  // a local copy: stores through the output pointer could alias `lane`
+        const Tables table = table_;
+        Halt halt;
+        for (;;) {
+            bool settled = true;
+            for (std::uint64_t s = SafeSteps(l, outEnd, stopBit); s > 0 && (settled = Step(table, l)); --s) {
+            }
+            if (!settled) {
+                halt = Halt::kUnsettled;
+                break;
+            }
+            if (Pos(l) >= stopBit) {
+                halt = Halt::kReached;
+                break;
+            }
+            if (end_ - l.next < kWordBytes || outEnd - l.out < kEntryStore) {
+                halt = Halt::kLimit;
+                break;
+            }
+            Refill(l);
+            if (!LookupOnce(table, l)) {
+                halt = Halt::kUnsettled;
+                break;
+            }
         }
-        first = a;
-        second = b;
-        firstOk = aOk;
-        secondOk = bOk;
+        lane = l;
+        return halt;
     }
 
-private:
-    const std::uint8_t* steps_;
-    const std::uint32_t* symbols_;
+    // Run from a reader's position; the reader and `out` follow the lane.
+    Halt RunFrom(BitReader& in, unsigned char*& out, const unsigned char* outEnd, std::uint64_t stopBit) const {
+        if (in.pos >= stopBit) return Halt::kReached;
+        if (!CanStartAt(in.pos)) return Halt::kLimit;
+        Lane lane = Start(in.pos, out);
+        const Halt halt = Run(lane, outEnd, stopBit);
+        in.pos = Pos(lane);
+        out = lane.out;
+        return halt;
+    }
+
+    Tables table_;
     const unsigned char* payload_;
-    std::uint64_t lastWordByte_;
-    bool hasWord_;
+    const unsigned char* end_;
 };
 
-// Long outputs are decoded by two chains at once. The payload is cut into segments; while the
-// main chain decodes one segment into the output, a speculative chain decodes the next one into
-// a scratch buffer from the segment's first bit, which is usually not a code boundary. Huffman
-// codes fall into step within a few symbols, so when the main chain reaches the next segment it
-// walks symbol by symbol until it stands on a boundary the speculative chain recorded; from
-// there both decodes are the same, and the scratch output is taken over. If no recorded
-// boundary is met, the main chain decodes that segment itself. Only the main chain's own tree
-// walk raises errors, so errors arise exactly where the single chain meets them.
+// Long outputs are decoded by several lanes at once, so that the processor overlaps their
+// lookups. The payload ahead of the main lane is cut into segments; while the main lane decodes
+// the first into the output, each other lane decodes the next one into a scratch buffer from the
+// segment's first bit, which is usually not a code boundary. Huffman codes fall into step within
+// a few symbols, so when the main lane reaches a segment it walks symbol by symbol until it
+// stands on a boundary the lane of that segment recorded; from there both decodes are the same,
+// and the scratch output is taken over. If no recorded boundary is met, the main lane decodes
+// that segment itself. Only the main lane's own tree walk raises errors, so errors arise exactly
+// where the single walk meets them.
+constexpr int kLanes = 3;
+constexpr int kAheadLanes = kLanes - 1;
 constexpr std::uint64_t kSegmentBits = std::uint64_t{1} << 18;  // 32 KB of payload
-constexpr int kRecordedSteps = 64;
-constexpr std::int64_t kTwoChainsWorthwhile = std::int64_t{1} << 20;
+constexpr int kRecordedLookups = 256;
+constexpr std::int64_t kLanesWorthwhile = std::int64_t{1} << 20;
+// Room after the last segment for a lane's last lookups and long codes.
+constexpr std::uint64_t kTailBits = 4 * (kMaxCodeBits + 1);
 
 struct Boundary {
     std::uint64_t pos;
     std::size_t produced;
 };
 
-class TwoChainDecoder {
-public:
-    TwoChainDecoder(const TableDecoder& table, const std::vector<TreeNode>& tree, BitReader& in)
-        : table_(table), tree_(tree), in_(in), scratch_(kSegmentBits + 2 * kFastRoom) {}
+struct AheadLane {
+    std::uint64_t start = 0, stop = 0;
+    BitReader in{};
+    unsigned char* out = nullptr;
+    bool alive = false;
+    std::vector<unsigned char> scratch;
+    std::vector<Boundary> boundaries;
+    std::size_t Produced() const { return static_cast<std::size_t>(out - scratch.data()); }
+    unsigned char* ScratchEnd() { return scratch.data() + scratch.size(); }
+};
 
-    // Decodes from `out` towards `end` until fewer than two whole segments of payload remain
-    // after the main chain's position; leaves the rest to the caller.
+class LanesDecoder {
+public:
+    LanesDecoder(const LaneDecoder& table, const std::vector<TreeNode>& tree, BitReader& in)
+        : table_(table), tree_(tree), in_(in) {
+        for (AheadLane& ahead : ahead_) ahead.scratch.resize(kSegmentBits + kStepRoom);
+    }
+
+    // Decodes from `out` towards `end` until too little payload is left for a whole round;
+    // leaves the rest to the caller.
     std::optional<std::string_view> Decode(unsigned char*& out, unsigned char* end) {
         const std::uint64_t payloadBits = std::uint64_t{in_.size} * kBitsPerByte;
-        for (;;) {
-            const std::uint64_t start = (in_.pos / kSegmentBits + 1) * kSegmentBits;
-            // A word must be loadable anywhere the speculative chain may stop.
-            if (start + kSegmentBits + 2 * 64 > payloadBits || out >= end) return std::nullopt;
-            if (auto error = Round(start, out, end)) return error;
+        while (out < end && in_.pos + kLanes * kSegmentBits + kTailBits <= payloadBits) {
+            if (auto error = Round(out, end)) return error;
         }
+        return std::nullopt;
     }
 
 private:
-    // The speculative chain's own tree walk for a symbol the table cannot settle. It raises
-    // nothing: if the walk fails the chain just stops, and the main chain meets the failure
-    // itself if it is real.
-    bool WalkQuietly(Chain& c) const {
-        std::uint32_t node = 0;
-        for (;;) {
-            const std::uint64_t byte = c.pos / kBitsPerByte;
-            if (byte >= in_.size) return false;
-            const unsigned bit = (in_.payload[byte] >> (c.pos % kBitsPerByte)) & 1u;
-            ++c.pos;
-            const std::uint32_t child = tree_[node][bit];
-            if (child == kNone) return false;
-            if (child & kLeaf) {
-                *c.out++ = static_cast<unsigned char>(child & kSymbolMask);
-                return true;
+    // One symbol of a speculative lane by the tree walk; false ends the lane.
+    void Walk(AheadLane& ahead) {
+        ahead.alive = WalkQuietly(tree_, ahead.in, ahead.out);
+    }
+
+    // A lane's first boundaries, one lookup at a time.
+    void Record(AheadLane& ahead) {
+        ahead.boundaries.clear();
+        while (ahead.alive && ahead.boundaries.size() < kRecordedLookups) {
+            ahead.boundaries.push_back({ahead.in.pos, ahead.Produced()});
+            Lane lane = table_.Start(ahead.in.pos, ahead.out);
+            table_.Refill(lane);
+            if (table_.LookupOnce(table_.table_, lane)) {
+                ahead.in.pos = table_.Pos(lane);
+                ahead.out = lane.out;
+            } else {
+                Walk(ahead);
             }
-            node = child;
         }
     }
 
-    std::optional<std::string_view> Round(std::uint64_t start, unsigned char*& out, unsigned char* end) {
-        unsigned char* const scratch = scratch_.data();
-        Chain ahead{start, start + kSegmentBits, scratch, scratch + scratch_.size() - kFastRoom};
-        auto produced = [&] { return static_cast<std::size_t>(ahead.out - scratch); };
-
-        // The speculative chain records its first boundaries one lookup at a time.
-        boundaries_.clear();
-        bool aheadAlive = true;
-        while (boundaries_.size() < kRecordedSteps && (aheadAlive = table_.Ready(ahead))) {
-            boundaries_.push_back({ahead.pos, produced()});
-            if (!table_.StepOnce(ahead) && !(aheadAlive = WalkQuietly(ahead))) break;
-        }
-
-        // Both chains on to the end of their segments, side by side while both can use the table.
-        Chain main{in_.pos, start, out, end - kFastRoom};
+    // The main lane and every live speculative lane in lock step, while all have room.
+    std::optional<std::string_view> RunTogether(unsigned char*& out, unsigned char* end, std::uint64_t mainStop) {
+        const Tables table = table_.table_;
         for (;;) {
-            const bool mainMore = main.pos < start && main.out < end;
-            aheadAlive = aheadAlive && table_.Ready(ahead);
-            if (!mainMore && !aheadAlive) break;
-            if (mainMore && aheadAlive && table_.Ready(main)) {
-                bool mainOk = true, aheadOk = true;
-                table_.RunPair(main, ahead, mainOk, aheadOk);
-                if (!aheadOk) aheadAlive = WalkQuietly(ahead);
-                if (mainOk) continue;
-            } else if (aheadAlive) {
-                table_.Run(ahead);
-                if (table_.Ready(ahead)) aheadAlive = WalkQuietly(ahead);  // stopped on a long code
-                if (!mainMore) continue;
-                table_.Run(main);
-            } else {
-                table_.Run(main);
+            for (const AheadLane& ahead : ahead_)
+                if (!ahead.alive) return std::nullopt;
+            std::array<Lane, kLanes> lanes;
+            lanes[0] = table_.Start(in_.pos, out);
+            for (int k = 1; k < kLanes; ++k) lanes[k] = table_.Start(ahead_[k - 1].in.pos, ahead_[k - 1].out);
+            std::uint64_t steps = table_.SafeSteps(lanes[0], end, mainStop);
+            for (int k = 1; k < kLanes; ++k)
+                steps = std::min(steps, table_.SafeSteps(lanes[k], ahead_[k - 1].ScratchEnd(), ahead_[k - 1].stop));
+            std::array<bool, kLanes> settled;
+            settled.fill(true);
+            for (; steps > 0; --steps) {
+                bool all = true;
+                for (int k = 0; k < kLanes; ++k) {
+                    settled[k] = LaneDecoder::Step(table, lanes[k]);
+                    all &= settled[k];
+                }
+                if (!all) break;
             }
-            // The main chain stopped where the table cannot settle, or near the output's end.
-            if (main.pos >= start || main.out >= end) continue;
-            in_.pos = main.pos;
-            unsigned char* walked = main.out;  // keeps `main` itself out of memory
-            if (auto error = DecodeOneSymbol(tree_, in_, walked)) {
-                out = walked;
-                return error;
+            in_.pos = table_.Pos(lanes[0]);
+            out = lanes[0].out;
+            for (int k = 1; k < kLanes; ++k) {
+                ahead_[k - 1].in.pos = table_.Pos(lanes[k]);
+                ahead_[k - 1].out = lanes[k].out;
             }
-            main.pos = in_.pos;
-            main.out = walked;
+            bool stuck = true;
+            if (!settled[0]) {
+                stuck = false;
+                if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
+            }
+            for (int k = 1; k < kLanes; ++k) {
+                if (!settled[k]) {
+                    stuck = false;
+                    Walk(ahead_[k - 1]);
+                }
+            }
+            if (stuck) return std::nullopt;  // a lane is near its limits
         }
-        boundaries_.push_back({ahead.pos, produced()});
-        in_.pos = main.pos;
-        out = main.out;
+    }
 
-        // Walk symbol by symbol onto a recorded boundary, then take over the scratch output.
+    // A speculative lane alone to the end of its segment or of its scratch buffer.
+    void Finish(AheadLane& ahead) {
+        while (ahead.alive) {
+            const Halt halt = table_.RunFrom(ahead.in, ahead.out, ahead.ScratchEnd(), ahead.stop);
+            if (halt != Halt::kUnsettled) return;
+            Walk(ahead);
+        }
+    }
+
+    // The main lane alone until it reaches `stopBit` or the output's end.
+    std::optional<std::string_view> RunMain(unsigned char*& out, unsigned char* end, std::uint64_t stopBit) {
+        while (in_.pos < stopBit && out < end) {
+            table_.RunFrom(in_, out, end, stopBit);
+            if (in_.pos >= stopBit || out >= end) break;
+            if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
+        }
+        return std::nullopt;
+    }
+
+    // Walk the main lane symbol by symbol onto a boundary that `ahead` recorded, then take over
+    // its scratch output.
+    std::optional<std::string_view> Join(AheadLane& ahead, unsigned char*& out, unsigned char* end) {
         std::size_t next = 0;
         while (out < end) {
-            while (next < boundaries_.size() && boundaries_[next].pos < in_.pos) ++next;
-            if (next == boundaries_.size()) return std::nullopt;  // never fell into step
-            const Boundary& meet = boundaries_[next];
+            while (next < ahead.boundaries.size() && ahead.boundaries[next].pos < in_.pos) ++next;
+            if (next == ahead.boundaries.size()) return std::nullopt;  // never fell into step
+            const Boundary& meet = ahead.boundaries[next];
             if (meet.pos == in_.pos) {
-                const std::size_t taken = produced() - meet.produced;
+                const std::size_t taken = ahead.Produced() - meet.produced;
                 if (taken > static_cast<std::size_t>(end - out)) return std::nullopt;  // the output ends inside
-                std::memcpy(out, scratch + meet.produced, taken);
+                std::memcpy(out, ahead.scratch.data() + meet.produced, taken);
                 out += taken;
-                in_.pos = ahead.pos;
+                in_.pos = ahead.in.pos;
                 return std::nullopt;
             }
             if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
@@ -403,27 +507,44 @@ private:
         return std::nullopt;
     }
 
-    const TableDecoder& table_;
+    std::optional<std::string_view> Round(unsigned char*& out, unsigned char* end) {
+        const std::uint64_t first = in_.pos + kSegmentBits;
+        for (int k = 0; k < kAheadLanes; ++k) {
+            AheadLane& ahead = ahead_[k];
+            ahead.start = first + k * kSegmentBits;
+            ahead.stop = ahead.start + kSegmentBits;
+            ahead.in = BitReader{in_.payload, in_.size, ahead.start};
+            ahead.out = ahead.scratch.data();
+            ahead.alive = true;
+            Record(ahead);
+        }
+        if (auto error = RunTogether(out, end, first)) return error;
+        if (auto error = RunMain(out, end, first)) return error;
+        for (AheadLane& ahead : ahead_) Finish(ahead);
+        for (AheadLane& ahead : ahead_) {
+            if (auto error = RunMain(out, end, ahead.start)) return error;
+            if (auto error = Join(ahead, out, end)) return error;
+        }
+        return std::nullopt;
+    }
+
+    const LaneDecoder& table_;
     const std::vector<TreeNode>& tree_;
     BitReader& in_;
-    std::vector<unsigned char> scratch_;
-    std::vector<Boundary> boundaries_;
+    std::array<AheadLane, kAheadLanes> ahead_;
 };
 
 std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree, const Lookup* lookup,
                                               BitReader& in, unsigned char* out, unsigned char* end) {
-    if (lookup && end - out >= kTwoChainsWorthwhile) {
-        const TableDecoder table(*lookup, in);
-        TwoChainDecoder twoChains(table, tree, in);
-        if (auto error = twoChains.Decode(out, end)) return error;
+    if (lookup && end - out >= kLanesWorthwhile) {
+        const LaneDecoder table(*lookup, in);
+        LanesDecoder lanes(table, tree, in);
+        if (auto error = lanes.Decode(out, end)) return error;
     }
     while (out < end) {
         if (lookup) {
-            const TableDecoder table(*lookup, in);
-            Chain chain{in.pos, UINT64_MAX, out, end - kFastRoom};
-            table.Run(chain);
-            in.pos = chain.pos;
-            out = chain.out;
+            const LaneDecoder table(*lookup, in);
+            table.RunFrom(in, out, end, UINT64_MAX);
             if (out == end) break;
         }
         if (auto error = DecodeOneSymbol(tree, in, out)) return error;

@@ -287,11 +287,22 @@ public:
     }
 
     // A refill and kLookupsPerStep lookups; false where an entry could not settle its symbol.
+    // An unsettled entry uses no bits and advances no output, so every lookup after it meets it
+    // again and leaves the lane where it stopped: one check of the last entry covers the step.
     static bool Step(Tables table, Lane& lane) {
         Refill(lane);
-        for (int k = 0; k < kLookupsPerStep; ++k)
-            if (!LookupOnce(table, lane)) return false;
-        return true;
+        std::uint32_t bits = 0;
+        for (int k = 0; k < kLookupsPerStep; ++k) {
+            const std::size_t index = lane.buffer & kLookupMask;
+            const std::uint32_t entry = table.steps[index];
+            const std::uint32_t settled = table.symbols[index];
+            std::memcpy(lane.out, &settled, sizeof settled);  // bytes past the count are overwritten later
+            lane.out += entry >> kCountShift;
+            bits = entry & kBitsMask;
+            lane.buffer >>= bits;
+            lane.count -= bits;
+        }
+        return bits != 0;
     }
 
     // How many steps `lane` can take without passing the payload's last word, `outEnd` or `stopBit`.

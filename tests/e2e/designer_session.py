@@ -63,6 +63,14 @@ PICTURES = {
     "Send": {"origin": (285, 765), "size": (5430, 3870)},
     "Receive": {"origin": (6135, 765), "size": (5430, 3285)},
 }
+
+
+def on(side, x, y):
+    """Window pixel of the picture pixel (x, y) of a side's frame (shown 1:1)."""
+    ox, oy = PICTURES[side]["origin"]
+    return px(ox) + x, px(oy) + y
+
+
 MENUS = {
     "Send": ["User List", "Message", "All", "None", "Cut", "Send", "Close", "Options"],
     "Receive": ["Date", "Sender", "Message", "Okay", "Yes", "No", "Reply", "Close"],
@@ -200,14 +208,13 @@ class Session:
     # Steps ---------------------------------------------------------------------------------
 
     def load_picture(self, button, path):
-        dialog, _ = self.app.expect_window(lambda: self.app.click(*button), name="Open")
+        dialog, _ = self.app.expect_window(lambda: self.app.click(*button), what="the open dialog")
         self.app.type_text(path)
         self.app.keys("Return")
         self.app.wait_gone(dialog)
 
     def draw(self, side, kind, path):
-        origin = (19, 51) if side == "Send" else (409, 51)
-        points = [(origin[0] + x, origin[1] + y) for x, y in path]
+        points = [on(side, x, y) for x, y in path]
         menu, _ = self.app.expect_window(lambda: self.app.drag(points), wait_focus=False,
                                          what=f"the {side} name menu")
         time.sleep(0.15)  # the menu takes the keyboard right after it shows
@@ -220,16 +227,15 @@ class Session:
         self.expected[(side, kind)] = expected_rect(side, path)
 
     def choose_colour(self, html):
+        """The colour dialog by keyboard: Alt+H focuses its HTML field, Return accepts."""
         dialog, _ = self.app.expect_window(lambda: self.app.click(*IMG_COLOR_SELECT), name="Select Color")
         self.app.keys("alt+h")  # the HTML field
         self.app.keys("ctrl+a")
         self.app.type_text(html)
         time.sleep(0.2)
-        x, y, w, h = _geometry(dialog)
         self.app.screen_shot(os.path.join(self.out, f"e2e-03-dialog-{html[1:]}.png"))
         self.app.keys("Return")
         self.app.wait_gone(dialog)
-        return x, y, w, h
 
     # The session ---------------------------------------------------------------------------
 
@@ -249,10 +255,10 @@ class Session:
         expect(set(app.visible_windows()) == before, "a window is left open after the pictures")
         image = self.shot("e2e-01-pictures.png")
         self.pictures_only = image
-        expect(image.at(19 + 5, 51 + 5) == SEND_GROUND, f"Send picture ground is {image.at(24, 56)}")
-        expect(image.at(19 + 250, 51 + 100) == SEND_BLOCK, "Send picture block not shown 1:1")
-        expect(image.at(409 + 5, 51 + 5) == RECEIVE_GROUND, "Receive picture ground not shown")
-        expect(image.at(409 + 190, 51 + 190) == RECEIVE_BAR, "Receive picture bar not shown 1:1")
+        expect(image.at(*on("Send", 5, 5)) == SEND_GROUND, "Send picture ground not shown")
+        expect(image.at(*on("Send", 250, 100)) == SEND_BLOCK, "Send picture block not shown 1:1")
+        expect(image.at(*on("Receive", 5, 5)) == RECEIVE_GROUND, "Receive picture ground not shown")
+        expect(image.at(*on("Receive", 190, 190)) == RECEIVE_BAR, "Receive picture bar not shown 1:1")
 
         step("drag and name five areas on each side through the name menus")
         for side, kind, path in DRAGS:
@@ -263,17 +269,17 @@ class Session:
 
         step("select the Send All box and nudge it one step right with the arrow pad")
         left, top, width, height = self.expected[NUDGED]
-        app.click(19 + left // TWIPS + width // TWIPS // 2, 51 + top // TWIPS + height // TWIPS // 2)
+        app.click(*on("Send", (left + width // 2) // TWIPS, (top + height // 2) // TWIPS))
         time.sleep(0.1)
         app.click(*IMG_ARR_RIGHT)
         self.expected[NUDGED][0] += 10
 
         step("set the Send Message back colour and the Receive Date text colour in the colour dialog")
         ml, mt, mw, mh = self.expected[("Send", "Message")]
-        app.click(19 + (ml + mw) // TWIPS - 10, 51 + (mt + mh) // TWIPS - 10)  # lblSendMessage
+        app.click(*on("Send", (ml + mw) // TWIPS - 10, (mt + mh) // TWIPS - 10))  # lblSendMessage
         self.choose_colour(SEND_MESSAGE_BACK)
         dl, dt, dw, dh = self.expected[("Receive", "Date")]
-        app.click(409 + (dl + dw) // TWIPS - 5, 51 + (dt + dh) // TWIPS - 5)  # lblReceiveDate
+        app.click(*on("Receive", (dl + dw) // TWIPS - 5, (dt + dh) // TWIPS - 5))  # lblReceiveDate
         app.click(*IMG_TEXT)
         self.choose_colour(RECEIVE_DATE_TEXT)
         image = self.shot("e2e-03-colour.png")
@@ -318,8 +324,8 @@ class Session:
         image = self.shot("e2e-05-loaded.png")
 
         step("check the screen after the load")
-        expect(image.at(19 + 5, 51 + 250) == SEND_GROUND, "the Send picture did not come back")
-        expect(image.at(409 + 5, 51 + 200) == RECEIVE_GROUND, "the Receive picture did not come back")
+        expect(image.at(*on("Send", 5, 250)) == SEND_GROUND, "the Send picture did not come back")
+        expect(image.at(*on("Receive", 5, 200)) == RECEIVE_GROUND, "the Receive picture did not come back")
         self.check_areas_on_screen(image, "after the load", nudged=True)
         self.check_colours_on_screen(image, "after the load")
         name_ink, author_ink = _ink(image, TXT_SKIN_NAME), _ink(image, TXT_SKIN_AUTHOR)
@@ -341,8 +347,8 @@ class Session:
     def window_rect(self, side, kind):
         """The area's rectangle in window pixels: x, y, width, height (rounded down)."""
         left, top, width, height = self.expected[(side, kind)]
-        ox = 19 if side == "Send" else 409
-        return ox + left / TWIPS, 51 + top / TWIPS, width / TWIPS, height / TWIPS
+        ox, oy = on(side, 0, 0)
+        return ox + left / TWIPS, oy + top / TWIPS, width / TWIPS, height / TWIPS
 
     def check_areas_on_screen(self, image, when, nudged):
         for side, kind, _ in DRAGS:
@@ -361,15 +367,17 @@ class Session:
         # The boxes dragged past a picture's edge end on that edge: beyond it the window is as
         # it was before any area was drawn.
         x, y, w, h = self.window_rect("Send", "Send")
-        expect(round(x + w) == 19 + 362, f"the Send Send box ends at x {x + w}, not on the edge")
+        right = on("Send", 362, 0)[0]
+        expect(round(x + w) == right, f"the Send Send box ends at x {x + w}, not on the edge")
         for dx in (1, 3):
-            spot = (19 + 362 + dx, int(y + h / 2))
+            spot = (right + dx, int(y + h / 2))
             expect(image.at(*spot) == self.pictures_only.at(*spot),
                    f"{when}: the Send Send box reaches past the picture's right edge at {spot}")
         x, y, w, h = self.window_rect("Receive", "Okay")
-        expect(round(y + h) == 51 + 219, f"the Receive Okay box ends at y {y + h}, not on the edge")
+        bottom = on("Receive", 0, 219)[1]
+        expect(round(y + h) == bottom, f"the Receive Okay box ends at y {y + h}, not on the edge")
         for dy in (1, 3):
-            spot = (int(x + w / 2), 51 + 219 + dy)
+            spot = (int(x + w / 2), bottom + dy)
             expect(image.at(*spot) == self.pictures_only.at(*spot),
                    f"{when}: the Receive Okay box reaches past the picture's bottom edge at {spot}")
 
@@ -390,8 +398,8 @@ class Session:
         expect(red > 15, f"the Receive Date caption {when} shows {red} red pixels")
 
     def check_started_anew(self, image):
-        for where, point, colour in (("Send", (19 + 5, 51 + 5), SEND_GROUND),
-                                     ("Receive", (409 + 5, 51 + 5), RECEIVE_GROUND)):
+        for where, point, colour in (("Send", on("Send", 5, 5), SEND_GROUND),
+                                     ("Receive", on("Receive", 5, 5), RECEIVE_GROUND)):
             expect(image.at(*point) != colour, f"the {where} picture is still shown after 'Yes'")
         for side, kind, _ in DRAGS:
             x, y, w, h = self.window_rect(side, kind)
@@ -459,11 +467,6 @@ class Session:
         self.step.note("HarbourBlue.bsi: 19 sections, 78 keys, rectangles and colours as drawn")
 
 
-def _geometry(window):
-    from xdriver import window_geometry
-    return window_geometry(window)
-
-
 def _ink(image, centre_point):
     """Dark pixels of a text box's inner part: its typed text."""
     x, y = centre_point
@@ -481,8 +484,9 @@ def main():
     if os.environ.get("TMPDIR"):
         os.makedirs(os.environ["TMPDIR"], exist_ok=True)
     os.makedirs(args.out, exist_ok=True)
-    for old in glob.glob(os.path.join(args.out, "e2e-0*.png")) + glob.glob(os.path.join(args.out, "e2e-failure.png")):
-        os.remove(old)
+    for pattern in ("e2e-0*.png", "e2e-failure.png", "unexpected-*.png"):
+        for old in glob.glob(os.path.join(args.out, pattern)):
+            os.remove(old)
 
     step = Step()
     session = None

@@ -265,7 +265,7 @@ class Session:
             self.draw(side, kind, path)
             step.note(f"{side} {kind}: picture-relative {self.expected[(side, kind)]} twips")
         image = self.shot("e2e-02-areas.png")
-        self.check_areas_on_screen(image, "after drawing", nudged=False)
+        self.check_areas_on_screen(image, "after drawing")
 
         step("select the Send All box and nudge it one step right with the arrow pad")
         left, top, width, height = self.expected[NUDGED]
@@ -318,7 +318,7 @@ class Session:
         app.type_text(self.package)
         box, _ = app.expect_window(lambda: app.keys("Return"), name=LOAD_TITLE, timeout=30)
         expect(dialog not in app.visible_windows(), "the open dialog stayed open")
-        app.screen_shot(os.path.join(self.work, "loaded-message.png"))
+        app.screen_shot(os.path.join(self.out, "e2e-05-message.png"))
         app.keys("Return")
         app.wait_gone(box)
         image = self.shot("e2e-05-loaded.png")
@@ -326,7 +326,7 @@ class Session:
         step("check the screen after the load")
         expect(image.at(*on("Send", 5, 250)) == SEND_GROUND, "the Send picture did not come back")
         expect(image.at(*on("Receive", 5, 200)) == RECEIVE_GROUND, "the Receive picture did not come back")
-        self.check_areas_on_screen(image, "after the load", nudged=True)
+        self.check_areas_on_screen(image, "after the load")
         self.check_colours_on_screen(image, "after the load")
         name_ink, author_ink = _ink(image, TXT_SKIN_NAME), _ink(image, TXT_SKIN_AUTHOR)
         expect(name_ink > 60 and author_ink > 60,
@@ -350,7 +350,7 @@ class Session:
         ox, oy = on(side, 0, 0)
         return ox + left / TWIPS, oy + top / TWIPS, width / TWIPS, height / TWIPS
 
-    def check_areas_on_screen(self, image, when, nudged):
+    def check_areas_on_screen(self, image, when):
         for side, kind, _ in DRAGS:
             x, y, w, h = self.window_rect(side, kind)
             x0, y0 = int(round(x)), int(round(y))

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "ini.h"
 #include "scratchfolder.h"
@@ -13,33 +14,19 @@ namespace {
 
 using IniTest = testing::ScratchFolder;
 
-TEST_F(IniTest, FirstKeyCreatesTheFileAndItsSection) {
-    const std::string file = Path("new.ini");
-    EXPECT_TRUE(WriteINI("Global", "Skin Name", "Blue Sky", file));
-    EXPECT_EQ(Bytes(file), "[Global]\r\nSkin Name=Blue Sky\r\n");
-}
-
-TEST_F(IniTest, ReplacesInPlaceAppendsKeysToTheirSectionAndSectionsToTheFile) {
+TEST_F(IniTest, WritesInPlaceAppendsKeysToTheirSectionAndSectionsToTheFile) {
     const std::string file = Path("order.ini");
-    WriteINI("A", "one", "1", file);
+    EXPECT_TRUE(WriteINI("A", "one", "a rather long value", file));
+    EXPECT_EQ(Bytes(file), "[A]\r\none=a rather long value\r\n");
     WriteINI("B", "two", "2", file);
     WriteINI("A", "three", "3", file);  // after A's last key, before B
-    WriteINI("A", "one", "uno", file);  // in place
+    WriteINI("A", "one", "uno", file);  // in place, no tail of the longer value left
     WriteINI("C", "four", "4", file);
+    WriteINI("B", "two", "", file);
     EXPECT_EQ(Bytes(file),
               "[A]\r\none=uno\r\nthree=3\r\n"
-              "\r\n[B]\r\ntwo=2\r\n"
+              "\r\n[B]\r\ntwo=\r\n"
               "\r\n[C]\r\nfour=4\r\n");
-}
-
-TEST_F(IniTest, AShorterValueLeavesNoTailOfTheLongerOne) {
-    const std::string file = Path("shrink.ini");
-    WriteINI("A", "k", "a rather long value", file);
-    WriteINI("B", "k", "b", file);
-    WriteINI("A", "k", "x", file);
-    EXPECT_EQ(Bytes(file), "[A]\r\nk=x\r\n\r\n[B]\r\nk=b\r\n");
-    WriteINI("B", "k", "", file);
-    EXPECT_EQ(Bytes(file), "[A]\r\nk=x\r\n\r\n[B]\r\nk=\r\n");
 }
 
 TEST_F(IniTest, NewKeyGoesAfterTheLastEntryBeforeBlankLinesAndComments) {
@@ -53,7 +40,7 @@ TEST_F(IniTest, NewKeyGoesAfterTheLastEntryBeforeBlankLinesAndComments) {
     EXPECT_EQ(Bytes(file), "[Empty]\r\nk=w\r\n\r\n[Next]\r\nk=v\r\n");
 }
 
-TEST_F(IniTest, SectionAndKeyNamesMatchWithoutRegardToCase) {
+TEST_F(IniTest, NamesMatchWithoutRegardToCaseAndMissingEntriesReadEmpty) {
     const std::string file = Path("case.ini");
     WriteINI("Send Colours", "Message Back Colour", "1", file);
     WriteINI("SEND COLOURS", "message back colour", "2", file);
@@ -61,15 +48,8 @@ TEST_F(IniTest, SectionAndKeyNamesMatchWithoutRegardToCase) {
     EXPECT_EQ(Bytes(file), "[Send Colours]\r\nMessage Back Colour=2\r\n");
     EXPECT_EQ(ReadINI("send colours", "MESSAGE BACK COLOUR", file), "2");
     EXPECT_EQ(ReadINI("Send Colour", "Message Back Colour", file), "");
-}
-
-TEST_F(IniTest, MissingFileSectionOrKeyReadsEmpty) {
-    const std::string file = Path("some.ini");
-    EXPECT_EQ(ReadINI("Global", "Skin Name", file), "");
-    WriteINI("Global", "Skin Name", "x", file);
-    EXPECT_EQ(ReadINI("Other", "Skin Name", file), "");
-    EXPECT_EQ(ReadINI("Global", "Skin Author", file), "");
-    EXPECT_EQ(ReadINI("Global", "Skin Name", Path("missing/some.ini")), "");
+    EXPECT_EQ(ReadINI("Send Colours", "Message Text Colour", file), "");
+    EXPECT_EQ(ReadINI("Global", "Skin Name", Path("missing.ini")), "");
     EXPECT_EQ(ReadINI("Global", "Skin Name", folder_.string()), "");  // a folder reads as nothing
     EXPECT_EQ(ReadINI("Global", "Skin Name", "/dev/zero"), "");         // nor does a device
 }
@@ -92,15 +72,13 @@ TEST_F(IniTest, ReadsTheProfileDialect) {
              "Message Back Colour=14737632\r\n"
              "[Global]\n"
              "Skin Author=second section of the same name is never read\n");
-    EXPECT_EQ(ReadINI("Global", "Skin Name", file), "Blue Sky");
-    EXPECT_EQ(ReadINI("Global", "Quoted", file), "  padded  ");
-    EXPECT_EQ(ReadINI("Global", "Single", file), "x");
-    EXPECT_EQ(ReadINI("Global", "Half", file), "\"open");
-    EXPECT_EQ(ReadINI("Global", "Empty", file), "");
-    EXPECT_EQ(ReadINI("Global", "NoEquals", file), "");
-    EXPECT_EQ(ReadINI("Global", "top", file), "");
-    EXPECT_EQ(ReadINI("Send Colours", "Message Back Colour", file), "14737632");
-    EXPECT_EQ(ReadINI("Global", "Skin Author", file), "");
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"Global", "Skin Name", "Blue Sky"}, {"Global", "Quoted", "  padded  "}, {"Global", "Single", "x"},
+        {"Global", "Half", "\"open"},        {"Global", "Empty", ""},             {"Global", "NoEquals", ""},
+        {"Global", "top", ""},               {"Send Colours", "Message Back Colour", "14737632"},
+        {"Global", "Skin Author", ""},
+    };
+    for (auto [section, key, value] : rows) EXPECT_EQ(ReadINI(section, key, file), value) << key;
     // Names asked for are trimmed like names in the file.
     EXPECT_EQ(ReadINI(" Global ", " Skin Name ", file), "Blue Sky");
 }

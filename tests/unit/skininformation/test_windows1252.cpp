@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "windows1252.h"
 
@@ -20,49 +21,35 @@ TEST(Windows1252, EveryByteSurvivesTheRoundTrip) {
 }
 
 TEST(Windows1252, MapsTheTableBothWays) {
-    struct Row {
-        const char* byte;
-        const char* utf8;
+    // Euro, S caron, left double quote, trade mark, Y diaeresis, no-break space, e acute, y diaeresis,
+    // and the undefined bytes, which keep their number.
+    const std::pair<const char*, const char*> rows[] = {
+        {"A", "A"},           {"\x80", "\u20ac"}, {"\x8a", "\u0160"}, {"\x93", "\u201c"}, {"\x99", "\u2122"},
+        {"\x9f", "\u0178"}, {"\xa0", "\u00a0"}, {"\xe9", "\u00e9"}, {"\xff", "\u00ff"}, {"\x81", "\u0081"},
+        {"\x8d", "\u008d"}, {"\x8f", "\u008f"}, {"\x90", "\u0090"}, {"\x9d", "\u009d"},
     };
-    const Row rows[] = {
-        {"A", "A"},
-        {"\x80", "\u20ac"},       // euro sign
-        {"\x8a", "\u0160"},       // S with caron
-        {"\x93", "\u201c"},       // left double quotation mark
-        {"\x99", "\u2122"},       // trade mark
-        {"\x9f", "\u0178"},       // Y with diaeresis
-        {"\xa0", "\u00a0"},       // no-break space
-        {"\xe9", "\u00e9"},       // e acute
-        {"\xff", "\u00ff"},       // y with diaeresis
-        {"\x81", "\u0081"},       // the undefined bytes keep their number
-        {"\x8d", "\u008d"},
-        {"\x8f", "\u008f"},
-        {"\x90", "\u0090"},
-        {"\x9d", "\u009d"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.utf8);
-        EXPECT_EQ(FromWindows1252(row.byte), row.utf8);
-        EXPECT_EQ(ToWindows1252(row.utf8), row.byte);
+    for (auto [byte, utf8] : rows) {
+        EXPECT_EQ(FromWindows1252(byte), utf8);
+        EXPECT_EQ(ToWindows1252(utf8), byte) << utf8;
     }
 }
 
-TEST(Windows1252, CharactersOutsideTheCodePageBecomeOneQuestionMarkEach) {
-    EXPECT_EQ(ToWindows1252("\u4e2d\u6587 skin"), "?? skin");       // CJK
-    EXPECT_EQ(ToWindows1252("a\U0001F600b"), "a?b");                // a four-byte character
-    EXPECT_EQ(ToWindows1252("\u0080\u009f\u0100"), "???");          // C1 controls of defined bytes, Latin Extended-A
-    EXPECT_EQ(ToWindows1252(std::string("a\0b", 3)), std::string("a\0b", 3));
-}
-
-TEST(Windows1252, InvalidUtf8BytesBecomeQuestionMarks) {
-    EXPECT_EQ(ToWindows1252("a\xffz"), "a?z");                      // never a UTF-8 byte
-    EXPECT_EQ(ToWindows1252("a\x80z"), "a?z");                      // lone continuation byte
-    EXPECT_EQ(ToWindows1252("a\xc3"), "a?");                        // cut at the end
-    EXPECT_EQ(ToWindows1252("\xe2\x82z"), "??z");                   // cut before a plain character
-    EXPECT_EQ(ToWindows1252("\xc0\xaf"), "??");                     // overlong form of "/"
-    EXPECT_EQ(ToWindows1252("\xed\xa0\x80"), "???");                // a surrogate
-    EXPECT_EQ(ToWindows1252("\xf4\x90\x80\x80"), "????");           // beyond U+10FFFF
-    EXPECT_EQ(ToWindows1252("\xc3\xa9\xc3"), "\xe9?");
+TEST(Windows1252, UnmappableCharactersAndInvalidUtf8BecomeOneQuestionMarkEach) {
+    const std::pair<std::string, std::string> rows[] = {
+        {"\u4e2d\u6587 skin", "?? skin"},          // CJK
+        {"a\U0001F600b", "a?b"},                   // a four-byte character
+        {"\u0080\u009f\u0100", "???"},             // C1 controls of defined bytes, Latin Extended-A
+        {std::string("a\0b", 3), std::string("a\0b", 3)},
+        {"a\xffz", "a?z"},                          // never a UTF-8 byte
+        {"a\x80z", "a?z"},                          // lone continuation byte
+        {"a\xc3", "a?"},                            // cut at the end
+        {"\xe2\x82z", "??z"},                       // cut before a plain character
+        {"\xc0\xaf", "??"},                         // overlong form of "/"
+        {"\xed\xa0\x80", "???"},                    // a surrogate
+        {"\xf4\x90\x80\x80", "????"},               // beyond U+10FFFF
+        {"\xc3\xa9\xc3", "\xe9?"},
+    };
+    for (const auto& [utf8, bytes] : rows) EXPECT_EQ(ToWindows1252(utf8), bytes) << utf8;
 }
 
 }  // namespace

@@ -1,12 +1,19 @@
 #include "bwzip.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <ctime>
 #include <filesystem>
 #include <system_error>
 #include <variant>
 
+#include "bytebuffer.h"
 #include "huffmancoding.h"
+#include "huffmaninternal.h"
+#include "mappedfile.h"
 #include "packagereader.h"
 #include "windows1252.h"
 
@@ -50,43 +57,40 @@ bool writeAll(std::FILE* out, std::string_view bytes) {
     return bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
 }
 
-// Reads a whole file; nullopt with the reason when it is missing, not a file or unreadable.
-std::optional<std::string> readWholeFile(const std::string& path, std::string& reason) {
-    std::error_code ec;
-    if (!fs::is_regular_file(path, ec)) {
-        reason = "cannot read " + path + ": " + (fs::exists(path, ec) ? "not a file" : "no such file");
-        return std::nullopt;
-    }
-    const auto size = fs::file_size(path, ec);
-    if (ec) {
-        reason = "cannot read " + path;
-        return std::nullopt;
-    }
-    if (size > static_cast<std::uintmax_t>(kMaxPackedFileSize)) {
+// Maps a whole file to be packed; false with the reason when it is missing, not a file,
+// unreadable or too large.
+bool mapInputFile(const std::string& path, MappedFile& file, std::string& reason) {
+    MappedFile::Problem problem = MappedFile::Problem::None;
+    if (file.Open(path, static_cast<std::uint64_t>(kMaxPackedFileSize), problem)) return true;
+    switch (problem) {
+    case MappedFile::Problem::Missing:
+        reason = "cannot read " + path + ": no such file";
+        break;
+    case MappedFile::Problem::NotAFile:
+        reason = "cannot read " + path + ": not a file";
+        break;
+    case MappedFile::Problem::TooLarge:
         reason = path + " is too large for a package (at most " + std::to_string(kMaxPackedFileSize) + " bytes)";
-        return std::nullopt;
-    }
-    std::FILE* in = std::fopen(path.c_str(), "rb");
-    if (in == nullptr) {
+        break;
+    default:
         reason = "cannot read " + path;
-        return std::nullopt;
+        break;
     }
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    const bool ok = bytes.empty() || std::fread(bytes.data(), 1, bytes.size(), in) == bytes.size();
-    std::fclose(in);
-    if (!ok) {
-        reason = "cannot read " + path;
-        return std::nullopt;
-    }
-    return bytes;
+    return false;
 }
 
-// Writes a whole file, replacing any file of that name.
+// Writes a whole file, replacing any file of that name, in as few calls as the system allows.
 bool writeWholeFile(const std::string& path, std::string_view bytes) {
-    std::FILE* out = std::fopen(path.c_str(), "wb");
-    if (out == nullptr) return false;
-    const bool written = writeAll(out, bytes);
-    return std::fclose(out) == 0 && written;
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (fd < 0) return false;
+    bool written = true;
+    while (written && !bytes.empty()) {
+        const ssize_t count = ::write(fd, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        written = count > 0;
+        if (written) bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return ::close(fd) == 0 && written;
 }
 
 }  // namespace
@@ -210,6 +214,7 @@ bool BwZip::WritePackageBody(std::FILE* out, const std::string& strDestFolder) {
     if (!writeAll(out, header) || !writeAll(out, root)) return Fail(PackageFailure::FileAccess, "cannot write the package");
 
     std::set<std::string> storedNames;
+    ByteBuffer buffer;  // one coding buffer for every file of the package
     for (std::size_t i = 0; i < list_.size(); ++i) {
         ProcessPendingEvents();
         const std::string& entry = list_[i];
@@ -221,7 +226,7 @@ bool BwZip::WritePackageBody(std::FILE* out, const std::string& strDestFolder) {
             line = std::string(kEndFolderTag) +
                    ToWindows1252(lastComponent(entryPath(entry, kEndFolderTag, kEndFolderCloseTag))) +
                    std::string(kEndFolderCloseTag) + std::string(kLineEnd);
-        } else if (!AppendFileRecord(out, i, storedNames)) {
+        } else if (!AppendFileRecord(out, i, storedNames, buffer)) {
             return false;
         }
         if (!writeAll(out, line)) return Fail(PackageFailure::FileAccess, "cannot write the package");
@@ -230,18 +235,16 @@ bool BwZip::WritePackageBody(std::FILE* out, const std::string& strDestFolder) {
     return true;
 }
 
-bool BwZip::AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::string>& storedNames) {
+bool BwZip::AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::string>& storedNames,
+                             ByteBuffer& buffer) {
     const std::string path = entryPath(list_[index], kFileTag, kFileCloseTag);
     std::string reason;
-    std::string coded;
-    {
-        const auto bytes = readWholeFile(path, reason);
-        if (!bytes) {
-            const bool tooLarge = reason.find("too large") != std::string::npos;
-            return Fail(tooLarge ? PackageFailure::BadInput : PackageFailure::FileAccess, reason);
-        }
-        coded = HuffmanEncode(*bytes, false);
+    MappedFile input;
+    if (!mapInputFile(path, input, reason)) {
+        const bool tooLarge = reason.find("too large") != std::string::npos;
+        return Fail(tooLarge ? PackageFailure::BadInput : PackageFailure::FileAccess, reason);
     }
+    const he2::CodedPieces coded = he2::EncodeInto(input.Bytes(), false, buffer);
     if (coded.size() > static_cast<std::size_t>(kMaxPackedFileSize)) {
         return Fail(PackageFailure::BadInput, path + " is too large for a package once coded");
     }
@@ -271,7 +274,7 @@ bool BwZip::AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::st
                              std::string(kFileLengthCloseTag) + std::string(kLineEnd);
     const std::string tail = std::string(kLineEnd) + std::string(kEndFileTag) + stored +
                              std::string(kEndFileCloseTag) + std::string(kLineEnd);
-    if (!writeAll(out, head) || !writeAll(out, coded) || !writeAll(out, tail)) {
+    if (!writeAll(out, head) || !writeAll(out, coded.head) || !writeAll(out, coded.body) || !writeAll(out, tail)) {
         return Fail(PackageFailure::FileAccess, "cannot write the package");
     }
     return true;
@@ -326,6 +329,7 @@ bool BwZip::UnZip(std::string sFile, std::string sBaseLocation, bool blnDeleteBT
         return folder;
     };
     PackageRecord record;
+    ByteBuffer buffer;  // one decoding buffer for every file of the package
     while (reader.Next(record)) {
         switch (record.kind) {
         case PackageRecord::Kind::Folder: {
@@ -345,14 +349,15 @@ bool BwZip::UnZip(std::string sFile, std::string sBaseLocation, bool blnDeleteBT
         case PackageRecord::Kind::FileData: {
             if (!record.hasData) break;
             ProcessPendingEvents();
-            auto decoded = HuffmanDecode(record.coded);
-            record.coded = {};
-            if (const auto* error = std::get_if<CodecError>(&decoded)) {
-                return Fail(PackageFailure::BadInput, "\"" + FromWindows1252(record.name) + "\": " + error->description,
-                            error->number);
+            std::string_view decoded;
+            if (const auto error = he2::DecodeInto(record.coded, buffer, decoded)) {
+                std::string reason = FromWindows1252(record.name);
+                reason.insert(0, 1, '"');
+                reason.append("\": ").append(error->description);
+                return Fail(PackageFailure::BadInput, std::move(reason), error->number);
             }
             const std::string target = currentFolder() + FromWindows1252(record.restoredName);
-            if (!writeWholeFile(target, std::get<std::string>(decoded))) {
+            if (!writeWholeFile(target, decoded)) {
                 return Fail(PackageFailure::FileAccess, "cannot write " + target);
             }
             break;

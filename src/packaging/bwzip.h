@@ -15,6 +15,8 @@
 
 namespace skin {
 
+class ByteBuffer;
+
 // A local date and time, as the container's clock gives it.
 struct PackageClockTime {
     int year = 2000;
@@ -82,7 +84,7 @@ private:
     void ClearError();
     void ProcessPendingEvents() const;
     bool WritePackageBody(std::FILE* out, const std::string& strDestFolder);
-    bool AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::string>& storedNames);
+    bool AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::string>& storedNames, ByteBuffer& buffer);
 
     std::vector<std::string> list_;
     std::function<void()> pendingEvents_;

@@ -10,10 +10,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "huffmancoding.h"
 #include "huffmanformat.h"
+#include "huffmaninternal.h"
 
 namespace skin {
 namespace {
@@ -563,7 +566,7 @@ std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree,
     return std::nullopt;
 }
 
-unsigned XorOf(const std::string& bytes) {
+unsigned XorOf(std::string_view bytes) {
     std::uint64_t folded = 0;
     std::size_t i = 0;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
@@ -573,10 +576,11 @@ unsigned XorOf(const std::string& bytes) {
     return static_cast<unsigned>(folded & 0xFF);
 }
 
-}  // namespace
-
-std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
-    if (sData.starts_with(kHe0Signature)) return std::string(sData.substr(kHe0Signature.size()));
+// Decodes an HE2 or HE0 stream. The stored form's bytes are returned as a view of `sData`; an
+// HE2 stream's are written where `provide(length)` says, which returns room for `length` bytes.
+template <typename Provide>
+std::variant<std::string_view, CodecError> DecodeWith(std::string_view sData, Provide&& provide) {
+    if (sData.starts_with(kHe0Signature)) return sData.substr(kHe0Signature.size());
     if (!sData.starts_with(kHe2Signature)) return Fail(kHuffmanNotHe2);
     std::string_view rest = sData.substr(kHe2Signature.size());
 
@@ -605,15 +609,15 @@ std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
     if (*length > 0 && static_cast<std::uint64_t>(*length) > payloadBits)
         return Fail(kHuffmanExpectingMoreBytes);
 
-    std::string output;
+    std::string_view output;
     BitReader in{reinterpret_cast<const unsigned char*>(payload.data()), payload.size()};
     if (*length > 0) {
         const auto tree = BuildTree(table, payloadBits);
         const auto lookup = *length >= kLookupWorthwhile ? std::optional<Lookup>(BuildLookup(tree)) : std::nullopt;
-        output.resize(static_cast<std::size_t>(*length));
-        auto* out = reinterpret_cast<unsigned char*>(output.data());
-        if (auto error = DecodeSymbols(tree, lookup ? &*lookup : nullptr, in, out, out + output.size()))
-            return Fail(*error);
+        const auto size = static_cast<std::size_t>(*length);
+        unsigned char* out = provide(size);
+        if (auto error = DecodeSymbols(tree, lookup ? &*lookup : nullptr, in, out, out + size)) return Fail(*error);
+        output = {reinterpret_cast<const char*>(out), size};
     }
     if ((in.pos + kBitsPerByte - 1) / kBitsPerByte < payload.size()) return Fail(kHuffmanExtraBytes);
     // A negative length produces nothing, so the output's length differs from it.
@@ -622,4 +626,28 @@ std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
     return output;
 }
 
+}  // namespace
+
+std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
+    std::string output;
+    auto decoded = DecodeWith(sData, [&](std::size_t size) {
+        output.resize(size);
+        return reinterpret_cast<unsigned char*>(output.data());
+    });
+    if (auto* error = std::get_if<CodecError>(&decoded)) return std::move(*error);
+    const std::string_view bytes = std::get<std::string_view>(decoded);
+    if (bytes.data() != output.data()) return std::string(bytes);  // the stored form, or nothing
+    return output;
+}
+
+namespace he2 {
+
+std::optional<CodecError> DecodeInto(std::string_view data, ByteBuffer& buffer, std::string_view& result) {
+    auto decoded = DecodeWith(data, [&](std::size_t size) { return buffer.Reserve(size); });
+    if (auto* error = std::get_if<CodecError>(&decoded)) return std::move(*error);
+    result = std::get<std::string_view>(decoded);
+    return std::nullopt;
+}
+
+}  // namespace he2
 }  // namespace skin

@@ -12,6 +12,7 @@
 
 #include "huffmancoding.h"
 #include "huffmanformat.h"
+#include "huffmaninternal.h"
 
 namespace skin {
 namespace {
@@ -251,47 +252,77 @@ std::string StoredForm(std::string_view data) {
     return stream;
 }
 
-}  // namespace
+// The HE2 header, the payload size and the whole stream's size for `data`.
+struct He2Plan {
+    CodeTree tree;
+    std::string header;
+    std::uint64_t payloadBytes = 0;
+    std::uint64_t streamSize = 0;
+};
 
-std::string HuffmanEncode(std::string_view sData, bool blnForce) {
-    if (sData.empty()) return StoredForm(sData);
-    const auto* in = reinterpret_cast<const unsigned char*>(sData.data());
-    const Counts counts = CountBytes(in, sData.size());
-    const CodeTree tree = BuildTree(counts, sData.size());
+He2Plan PlanHe2(std::string_view data) {
+    const auto* in = reinterpret_cast<const unsigned char*>(data.data());
+    const Counts counts = CountBytes(in, data.size());
+    He2Plan plan{BuildTree(counts, data.size()), {}, 0, 0};
 
     std::string table;
     unsigned checksum = 0;
     std::uint64_t payloadBits = 0;
     for (int b = 0; b < kSymbols; ++b) {
-        if (tree.codeTable[b] == kNoNode) continue;
-        const auto& code = tree.nodes[tree.codeTable[b]].Code;
+        if (plan.tree.codeTable[b] == kNoNode) continue;
+        const auto& code = plan.tree.nodes[plan.tree.codeTable[b]].Code;
         table.push_back(static_cast<char>(b));
         table.append(PackCodeBits(code));
         payloadBits += counts[b] * code.size();
         if (counts[b] % 2 == 1) checksum ^= static_cast<unsigned>(b);  // XOR of every input byte
     }
 
-    std::string header(kHe2Signature);
-    AppendDecimal(header, table.size());
-    header.push_back(kCr);
-    header.append(table);
-    header.push_back(static_cast<char>(checksum));
-    AppendDecimal(header, sData.size());
-    header.push_back(kCr);
+    plan.header.assign(kHe2Signature);
+    AppendDecimal(plan.header, table.size());
+    plan.header.push_back(kCr);
+    plan.header.append(table);
+    plan.header.push_back(static_cast<char>(checksum));
+    AppendDecimal(plan.header, data.size());
+    plan.header.push_back(kCr);
 
-    const std::uint64_t payloadBytes = (payloadBits + 7) / 8;
-    const std::uint64_t streamSize = header.size() + payloadBytes;
-    if (streamSize > sData.size() && !blnForce) return StoredForm(sData);
+    plan.payloadBytes = (payloadBits + 7) / 8;
+    plan.streamSize = plan.header.size() + plan.payloadBytes;
+    return plan;
+}
 
-    // Sized once, with a word of room for the emitter's whole-word stores.
+// Writes the planned stream at `stream`, which has a word of room past its end for the
+// emitter's whole-word stores.
+void WriteHe2(std::string_view data, const He2Plan& plan, unsigned char* stream) {
+    std::copy(plan.header.begin(), plan.header.end(), stream);
+    unsigned char* payload = stream + plan.header.size();
+    [[maybe_unused]] const unsigned char* end =
+        EmitPayload(reinterpret_cast<const unsigned char*>(data.data()), data.size(), CollectCodes(plan.tree), payload);
+    assert(end == payload + plan.payloadBytes);
+}
+
+}  // namespace
+
+std::string HuffmanEncode(std::string_view sData, bool blnForce) {
+    if (sData.empty()) return StoredForm(sData);
+    const He2Plan plan = PlanHe2(sData);
+    if (plan.streamSize > sData.size() && !blnForce) return StoredForm(sData);
     std::string stream;
-    stream.resize(streamSize + sizeof(std::uint64_t));
-    std::copy(header.begin(), header.end(), stream.begin());
-    auto* payload = reinterpret_cast<unsigned char*>(stream.data()) + header.size();
-    [[maybe_unused]] const unsigned char* end = EmitPayload(in, sData.size(), CollectCodes(tree), payload);
-    assert(end == payload + payloadBytes);
-    stream.resize(streamSize);
+    stream.resize(plan.streamSize + sizeof(std::uint64_t));
+    WriteHe2(sData, plan, reinterpret_cast<unsigned char*>(stream.data()));
+    stream.resize(plan.streamSize);
     return stream;
 }
 
+namespace he2 {
+
+CodedPieces EncodeInto(std::string_view data, bool force, ByteBuffer& buffer) {
+    if (data.empty()) return {kHe0Signature, data};
+    const He2Plan plan = PlanHe2(data);
+    if (plan.streamSize > data.size() && !force) return {kHe0Signature, data};
+    unsigned char* stream = buffer.Reserve(plan.streamSize + sizeof(std::uint64_t));
+    WriteHe2(data, plan, stream);
+    return {{}, {reinterpret_cast<const char*>(stream), plan.streamSize}};
+}
+
+}  // namespace he2
 }  // namespace skin

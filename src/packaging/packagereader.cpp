@@ -1,7 +1,6 @@
 #include "packagereader.h"
 
-#include <filesystem>
-#include <system_error>
+#include <cstdint>
 
 #include "windows1252.h"
 
@@ -32,69 +31,67 @@ bool PackageReader::Fail(PackageFailure failure, std::string reason) {
 
 bool PackageReader::Open(const std::string& path) {
     Close();
-    std::error_code ec;
-    const auto status = std::filesystem::status(path, ec);
-    if (ec || !std::filesystem::exists(status)) return Fail(PackageFailure::FileAccess, "cannot open " + path + ": no such file");
-    if (!std::filesystem::is_regular_file(status)) return Fail(PackageFailure::FileAccess, "cannot open " + path + ": not a file");
-    file_ = std::fopen(path.c_str(), "rb");
-    if (file_ == nullptr) return Fail(PackageFailure::FileAccess, "cannot open " + path);
-    size_ = std::filesystem::file_size(path, ec);
-    if (ec) return Fail(PackageFailure::FileAccess, "cannot read the size of " + path);
+    MappedFile::Problem problem = MappedFile::Problem::None;
+    if (!file_.Open(path, UINT64_MAX, problem)) {
+        switch (problem) {
+        case MappedFile::Problem::Missing:
+            return Fail(PackageFailure::FileAccess, "cannot open " + path + ": no such file");
+        case MappedFile::Problem::NotAFile:
+            return Fail(PackageFailure::FileAccess, "cannot open " + path + ": not a file");
+        default:
+            return Fail(PackageFailure::FileAccess, "cannot open " + path);
+        }
+    }
+    bytes_ = file_.Bytes();
+    size_ = bytes_.size();
     position_ = 0;
     return true;
 }
 
 void PackageReader::Close() {
-    if (file_ != nullptr) std::fclose(file_);
-    file_ = nullptr;
+    file_.Close();
+    bytes_ = {};
+    size_ = 0;
+    position_ = 0;
 }
 
-// A line ends at CR; a LF right after it belongs to the line end. A lone LF is text.
+// A line ends at CR; a LF right after it belongs to the line end. A lone LF is text. A line
+// may also end at the end of the file.
 bool PackageReader::ReadLine(std::string& line) {
     line.clear();
-    for (;;) {
-        const int c = std::fgetc(file_);
-        if (c == EOF) {
-            if (std::ferror(file_)) return Fail(PackageFailure::FileAccess, "cannot read the package");
-            position_ = size_;
-            return true;
-        }
-        ++position_;
-        if (c == '\r') {
-            const int next = std::fgetc(file_);
-            if (next == '\n') {
-                ++position_;
-            } else if (next != EOF) {
-                std::ungetc(next, file_);
-            }
-            return true;
-        }
-        if (line.size() >= kMaxPackageLineLength) {
+    const std::string_view rest = bytes_.substr(position_);
+    // A line of the longest length may still be followed by its CR.
+    const std::size_t cr = rest.substr(0, kMaxPackageLineLength + 1).find('\r');
+    if (cr == std::string_view::npos) {
+        if (rest.size() > kMaxPackageLineLength) {
             return Fail(PackageFailure::BadInput,
                         "a line is longer than " + std::to_string(kMaxPackageLineLength) + " bytes");
         }
-        line.push_back(static_cast<char>(c));
+        line.assign(rest);
+        position_ = size_;
+        return true;
     }
+    line.assign(rest.substr(0, cr));
+    position_ += cr + 1;
+    if (position_ < size_ && bytes_[position_] == '\n') ++position_;
+    return true;
 }
 
-bool PackageReader::ReadBytes(std::int32_t count, std::string& out) {
-    // Checked before anything is allocated: a length cannot claim more than the file holds.
+bool PackageReader::ReadBytes(std::int32_t count, std::string_view& out) {
+    // A length cannot claim more than the file holds.
     if (count < 0 || static_cast<std::uint64_t>(count) > size_ - position_) {
         return Fail(PackageFailure::BadInput, "the package ends inside the coded bytes of " + shown(storedName_) +
                                                   " (" + std::to_string(count) + " bytes announced, " +
                                                   std::to_string(size_ - position_) + " left)");
     }
-    out.assign(static_cast<std::size_t>(count), '\0');
-    if (count > 0 && std::fread(out.data(), 1, out.size(), file_) != out.size()) {
-        return Fail(PackageFailure::BadInput, "the package ends inside the coded bytes of " + shown(storedName_));
-    }
+    out = bytes_.substr(position_, static_cast<std::size_t>(count));
     position_ += static_cast<std::uint64_t>(count);
     return true;
 }
 
 bool PackageReader::ReadHeader(PackageForm& form) {
     form = PackageForm::None;
-    if (file_ == nullptr) return Fail(PackageFailure::FileAccess, "no package is open");
+    if (!file_.IsOpen()) return Fail(PackageFailure::FileAccess, "no package is open");
     if (!ReadLine(header_)) return false;
     if (ContainsNoCase(header_, kSkinPackageHeader)) {
         form = PackageForm::SkinPackage;
@@ -118,7 +115,7 @@ bool PackageReader::ReadRootLine(std::optional<std::string>& rootName) {
 }
 
 bool PackageReader::Next(PackageRecord& record) {
-    if (Failed() || file_ == nullptr || AtEnd()) return false;
+    if (Failed() || !file_.IsOpen() || AtEnd()) return false;
     record = PackageRecord{};
     std::string line;
     if (!ReadLine(line)) return false;

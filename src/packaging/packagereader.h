@@ -5,11 +5,12 @@
 // over-long lines fail the read.
 
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "mappedfile.h"
 #include "packageformat.h"
 
 namespace skin {
@@ -25,7 +26,7 @@ struct PackageRecord {
     std::string restoredName;  // FileData: the name the file is written back under
     std::int32_t length = 0;   // FileData: the number on the length line
     bool hasData = false;      // FileData: false when the package ends right after that line
-    std::string coded;         // FileData: the coded bytes
+    std::string_view coded;    // FileData: the coded bytes, valid while the reader stays open
     std::string line;          // Other: the line as read
 };
 
@@ -36,7 +37,8 @@ public:
     PackageReader& operator=(const PackageReader&) = delete;
     ~PackageReader();
 
-    // Opens a package file for reading; false (with the reason) when it cannot be opened.
+    // Opens a package file for reading; false (with the reason) when it cannot be opened. The
+    // file is mapped, not copied: records' coded bytes are read in place.
     bool Open(const std::string& path);
     void Close();
 
@@ -58,10 +60,11 @@ public:
 
 private:
     bool ReadLine(std::string& line);
-    bool ReadBytes(std::int32_t count, std::string& out);
+    bool ReadBytes(std::int32_t count, std::string_view& out);
     bool Fail(PackageFailure failure, std::string reason);
 
-    std::FILE* file_ = nullptr;
+    MappedFile file_;
+    std::string_view bytes_;
     std::uint64_t size_ = 0;
     std::uint64_t position_ = 0;
     std::string header_;

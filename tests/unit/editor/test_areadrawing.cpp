@@ -7,32 +7,23 @@ namespace {
 constexpr SkinSide Send = SkinSide::Send;
 constexpr SkinSide Receive = SkinSide::Receive;
 
-using SizeTest = EditorTest;
 
-TEST_F(SizeTest, FortyFiveTwipsEachWayOpensTheMenu) {
+TEST_F(EditorTest, SizeFortyFiveTwipsEachWayOpensTheMenuFortyFourEitherWayOrAClickDiscards) {
+    drag(Send, 100, 200, 144, 245, 2);
+    drag(Send, 100, 200, 145, 244, 2);
+    editor.BeginArea(Send, 300, 300);
+    EXPECT_TRUE(box(Send, 0).visible);  // the growing box is what the designer sees
+    editor.EndArea(Send, 300, 300);
+    EXPECT_TRUE(platform.menusShown.empty());
+    EXPECT_EQ(doc().BoxCount(Send), 0);
+    EXPECT_FALSE(box(Send, 0).visible);
+    EXPECT_FALSE(doc().KindUsed(Send, 2));
     drag(Send, 100, 200, 145, 245, std::nullopt);
     EXPECT_EQ(platform.menusShown.size(), 1u);
     EXPECT_EQ(doc().BoxCount(Send), 1);
 }
 
-TEST_F(SizeTest, FortyFourTwipsEitherWayDiscardsTheDragAndKeepsTheCount) {
-    drag(Send, 100, 200, 144, 245, 2);
-    drag(Send, 100, 200, 145, 244, 2);
-    EXPECT_TRUE(platform.menusShown.empty());
-    EXPECT_EQ(doc().BoxCount(Send), 0);
-    EXPECT_FALSE(box(Send, 0).visible);
-    EXPECT_FALSE(doc().KindUsed(Send, 2));
-}
-
-TEST_F(SizeTest, ClickWithoutMovementLeavesNoBox) {
-    editor.BeginArea(Receive, 300, 300);
-    EXPECT_TRUE(box(Receive, 0).visible);  // the growing box is what the designer sees
-    editor.EndArea(Receive, 300, 300);
-    EXPECT_FALSE(box(Receive, 0).visible);
-    EXPECT_EQ(doc().BoxCount(Receive), 0);
-}
-
-TEST_F(SizeTest, TestUsesTheReleasePointNotTheClippedBox) {
+TEST_F(EditorTest, SizeTestUsesTheReleasePointNotTheClippedBox) {
     // Start 20 twips inside the right edge: the box is pinned narrow, yet the release passes.
     const float right = PictureFrame(Send).Width;
     editor.BeginArea(Send, right - 20, 100);
@@ -44,9 +35,8 @@ TEST_F(SizeTest, TestUsesTheReleasePointNotTheClippedBox) {
     EXPECT_EQ(doc().Area(Send, 3).Width, 20);
 }
 
-using ExtendTest = EditorTest;
 
-TEST_F(ExtendTest, RightEdgeIsPinnedOneMovementLate) {
+TEST_F(EditorTest, ExtendRightAndBottomEdgesArePinnedOneMovementLate) {
     const RectF pic = PictureFrame(Send);  // right edge at 5715
     editor.BeginArea(Send, 5300, 100);     // box Left 5585
     editor.ExtendArea(Send, 5420, 150);
@@ -57,18 +47,16 @@ TEST_F(ExtendTest, RightEdgeIsPinnedOneMovementLate) {
     EXPECT_FLOAT_EQ(box(Send, 0).rect.Left + box(Send, 0).rect.Width, pic.Left + pic.Width);
     editor.ExtendArea(Send, 5350, 150);  // back inside follows the pointer
     EXPECT_FLOAT_EQ(box(Send, 0).rect.Width, 50);
-}
 
-TEST_F(ExtendTest, BottomEdgeIsPinnedLikeTheRight) {
-    const RectF pic = PictureFrame(Receive);  // bottom at 765 + 3285
+    const RectF rpic = PictureFrame(Receive);  // bottom at 765 + 3285
     editor.BeginArea(Receive, 100, 3200);
     editor.ExtendArea(Receive, 200, 3400);
     EXPECT_FLOAT_EQ(box(Receive, 0).rect.Height, 200);
     editor.ExtendArea(Receive, 200, 3500);
-    EXPECT_FLOAT_EQ(box(Receive, 0).rect.Top + box(Receive, 0).rect.Height, pic.Top + pic.Height);
+    EXPECT_FLOAT_EQ(box(Receive, 0).rect.Top + box(Receive, 0).rect.Height, rpic.Top + rpic.Height);
 }
 
-TEST_F(ExtendTest, NeverTurnsOverAndEndsHiddenWhenDraggedBack) {
+TEST_F(EditorTest, ExtendNeverTurnsOverAndEndsHiddenWhenDraggedBack) {
     editor.BeginArea(Send, 500, 500);
     editor.ExtendArea(Send, 600, 650);
     editor.ExtendArea(Send, 400, 450);  // left of and above the anchor
@@ -80,7 +68,7 @@ TEST_F(ExtendTest, NeverTurnsOverAndEndsHiddenWhenDraggedBack) {
     EXPECT_EQ(doc().BoxCount(Send), 0);
 }
 
-TEST_F(ExtendTest, GrowingBoxIsOnScreenWhenTheMenuOpens) {
+TEST_F(EditorTest, ExtendGrowingBoxIsOnScreenWhenTheMenuOpens) {
     editor.BeginArea(Send, 100, 100);
     editor.ExtendArea(Send, 300, 400);
     view.shown.clear();
@@ -92,9 +80,8 @@ TEST_F(ExtendTest, GrowingBoxIsOnScreenWhenTheMenuOpens) {
     EXPECT_FALSE(box(Send, 0).visible);
 }
 
-using MenuTest = EditorTest;
 
-TEST_F(MenuTest, CancelledMenuUsesUpTheBoxIndex) {
+TEST_F(EditorTest, MenuCancelledMenuUsesUpTheBoxIndex) {
     drag(Send, 100, 100, 300, 300, std::nullopt);
     EXPECT_FALSE(box(Send, 0).visible);
     EXPECT_EQ(doc().BoxCount(Send), 1);
@@ -106,7 +93,7 @@ TEST_F(MenuTest, CancelledMenuUsesUpTheBoxIndex) {
     EXPECT_EQ(doc().BoxCount(Send), 2);
 }
 
-TEST_F(MenuTest, MenuOffersOnlyTheFreeKindsOfItsSide) {
+TEST_F(EditorTest, MenuMenuOffersOnlyTheFreeKindsOfItsSide) {
     drawArea(Receive, 3, 100, 100, 200, 200);
     drawArea(Receive, 0, 100, 400, 200, 200);
     drag(Send, 100, 100, 300, 300, std::nullopt);
@@ -119,7 +106,7 @@ TEST_F(MenuTest, MenuOffersOnlyTheFreeKindsOfItsSide) {
     for (bool enabled : platform.menusShown[2]) EXPECT_TRUE(enabled);
 }
 
-TEST_F(MenuTest, StoredRectangleRoundsHalvesToEven) {
+TEST_F(EditorTest, MenuStoredRectangleRoundsHalvesToEven) {
     // Left 285 + 1237.5 = 1522.5, Top 765 + 758.5 = 1523.5.
     drag(Send, 1237.5f, 758.5f, 1337.5f, 858.5f, 2);
     EXPECT_EQ(surface().dragAnchor[0].X, 1238);
@@ -128,9 +115,8 @@ TEST_F(MenuTest, StoredRectangleRoundsHalvesToEven) {
     EXPECT_EQ(doc().Area(Send, 2), (AreaRect{1522, 1524, 100, 100}));
 }
 
-using NamingTest = EditorTest;
 
-TEST_F(NamingTest, TextFieldHidesTheBoxAndPlacesItsLabel) {
+TEST_F(EditorTest, NamingTextFieldHidesTheBoxAndPlacesItsLabel) {
     drag(Send, 100.25f, 200, 1100.25f, 500, 0);
     const AreaRect r = doc().Area(Send, 0);
     EXPECT_EQ(r, (AreaRect{385, 965, 1000, 300}));
@@ -145,7 +131,7 @@ TEST_F(NamingTest, TextFieldHidesTheBoxAndPlacesItsLabel) {
     EXPECT_TRUE(surface().areaNamed[0]);
 }
 
-TEST_F(NamingTest, ButtonAreaStaysVisibleSelectedAndInFront) {
+TEST_F(EditorTest, NamingButtonAreaStaysVisibleSelectedAndInFront) {
     drawArea(Send, 1, 100, 100, 500, 300);
     drawArea(Send, 2, 100, 100, 300, 300);
     EXPECT_TRUE(box(Send, 1).visible);
@@ -155,19 +141,15 @@ TEST_F(NamingTest, ButtonAreaStaysVisibleSelectedAndInFront) {
     EXPECT_GT(box(Send, 1).z, label(TextField::SendMessage).z);
     EXPECT_GT(box(Send, 1).z, box(Send, 0).z);
     EXPECT_EQ(surface().TextFieldBox(TextField::SendMessage), 0);
-}
-
-TEST_F(NamingTest, MessageGoesToTheLabelOfItsOwnSide) {
+    EXPECT_EQ(label(TextField::SendMessage).rect, (RectF{385, 865, 500, 300}));
+    // A message area goes to the label of its own side.
+    EXPECT_FLOAT_EQ(label(TextField::ReceiveMessage).rect.Top, LabelStartTop(TextField::ReceiveMessage));
     drawArea(Receive, 2, 100, 100, 500, 300);
     EXPECT_EQ(label(TextField::ReceiveMessage).rect, (RectF{6235, 865, 500, 300}));
-    EXPECT_FLOAT_EQ(label(TextField::SendMessage).rect.Top, LabelStartTop(TextField::SendMessage));
-    drawArea(Send, 1, 100, 100, 500, 300);
     EXPECT_EQ(label(TextField::SendMessage).rect, (RectF{385, 865, 500, 300}));
-    EXPECT_EQ(surface().TextFieldBox(TextField::ReceiveMessage), 0);
-    EXPECT_EQ(surface().TextFieldBox(TextField::SendMessage), 0);
 }
 
-TEST_F(NamingTest, ClickOnBoxOrLabelSelectsIt) {
+TEST_F(EditorTest, NamingClickOnBoxOrLabelSelectsItAndDiscardedDragsKeepIt) {
     drawArea(Receive, 7, 100, 100, 300, 300);
     drawArea(Receive, 1, 100, 600, 300, 300);
     EXPECT_EQ(surface().currSelText, "Current Selection: Receive Sender");
@@ -176,16 +158,13 @@ TEST_F(NamingTest, ClickOnBoxOrLabelSelectsIt) {
     EXPECT_EQ(surface().currSelText, "Current Selection: Receive Close");
     editor.SelectTextField(TextField::ReceiveDate);
     EXPECT_EQ(surface().currSelText, "Current Selection: Receive Date");
+    // Discarded and cancelled drags keep the selection.
+    drag(Receive, 500, 500, 510, 510, std::nullopt);
+    drag(Receive, 500, 500, 700, 700, std::nullopt);
+    EXPECT_EQ(surface().currentSelection, Selection::Label(TextField::ReceiveDate));
 }
 
-TEST_F(NamingTest, DiscardedDragKeepsTheSelection) {
-    drawArea(Send, 6, 100, 100, 300, 300);
-    drag(Send, 500, 500, 510, 510, std::nullopt);
-    drag(Send, 500, 500, 700, 700, std::nullopt);
-    EXPECT_EQ(surface().currentSelection, Selection::Box(Send, 0));
-}
-
-TEST_F(NamingTest, KindOutsideTheMenuIsRefused) {
+TEST_F(EditorTest, NamingKindOutsideTheMenuIsRefused) {
     editor.BeginArea(Send, 100, 100);
     EXPECT_FALSE(editor.NameArea(Send, 8));
     EXPECT_FALSE(editor.NameArea(Send, -1));
@@ -193,9 +172,8 @@ TEST_F(NamingTest, KindOutsideTheMenuIsRefused) {
     for (int k = 0; k < kAreaKinds; ++k) EXPECT_FALSE(doc().KindUsed(Send, k));
 }
 
-using ReplayTest = EditorTest;
 
-TEST_F(ReplayTest, LandsTheExactRectangleWithoutMenuOrSizeTest) {
+TEST_F(EditorTest, ReplayLandsTheExactRectangleWithoutMenuOrSizeTest) {
     replayArea(Send, 5, 715, 435, 300, 20);  // thinner than the size test allows
     EXPECT_TRUE(platform.menusShown.empty());
     EXPECT_EQ(doc().Area(Send, 5), (AreaRect{1000, 1200, 300, 20}));
@@ -203,14 +181,11 @@ TEST_F(ReplayTest, LandsTheExactRectangleWithoutMenuOrSizeTest) {
     EXPECT_EQ(doc().BoxCount(Send), 1);
     EXPECT_FALSE(surface().menuEnabled[0][5]);
     EXPECT_EQ(surface().currSelText, "Current Selection: Send Send");
-}
-
-TEST_F(ReplayTest, AreaReachingPastTheEdgeIsRestoredWhole) {
-    replayArea(Receive, 6, 5300, 100, 400, 100);  // right edge 300 twips past the picture
+    replayArea(Receive, 6, 5300, 100, 400, 100);  // 300 twips past the picture: restored whole
     EXPECT_EQ(doc().Area(Receive, 6), (AreaRect{11435, 865, 400, 100}));
 }
 
-TEST_F(ReplayTest, NeverDrawnTextFieldSitsAtTheSurfaceOrigin) {
+TEST_F(EditorTest, ReplayNeverDrawnTextFieldSitsAtTheSurfaceOrigin) {
     replayArea(Receive, 0, -6135, -765, 0, 0);
     EXPECT_EQ(doc().Area(Receive, 0), (AreaRect{0, 0, 0, 0}));
     EXPECT_TRUE(doc().KindUsed(Receive, 0));

@@ -9,36 +9,27 @@ constexpr SkinSide Receive = SkinSide::Receive;
 constexpr OleColour kRed = 0x000000FF;
 constexpr OleColour kTeal = 0x00808000;
 
-using ColourTargetTest = EditorTest;
 
-TEST_F(ColourTargetTest, SwitchesTagsAndTarget) {
+TEST_F(EditorTest, ColourTargetSwitchesTagsAndAppliesOnlyToTheSelectedLabelsTargetColour) {
     EXPECT_EQ(surface().mapTag, "Map_ON");
     EXPECT_EQ(surface().textTag, "Text_OFF");
     EXPECT_EQ(editor.ColourTarget(), ColourRole::Back);
+    drawArea(Receive, 1, 100, 100, 300, 200);
     editor.SetColourTarget(ColourRole::Text);
     EXPECT_EQ(surface().mapTag, "Map_OFF");
     EXPECT_EQ(surface().textTag, "Text_ON");
-    EXPECT_EQ(editor.ColourTarget(), ColourRole::Text);
-    editor.SetColourTarget(ColourRole::Back);
-    EXPECT_EQ(editor.ColourTarget(), ColourRole::Back);
-    EXPECT_EQ(surface().textTag, "Text_OFF");
-}
-
-TEST_F(ColourTargetTest, ApplyGoesOnlyToSelectedLabelsTargetColour) {
-    drawArea(Receive, 1, 100, 100, 300, 200);
-    editor.SetColourTarget(ColourRole::Text);
     editor.ApplyColour(kRed);
     EXPECT_EQ(doc().Colour(TextField::ReceiveSender, ColourRole::Text), kRed);
     EXPECT_EQ(doc().Colour(TextField::ReceiveSender, ColourRole::Back), kSystemWindowBackground);
     editor.SetColourTarget(ColourRole::Back);
+    EXPECT_EQ(surface().textTag, "Text_OFF");
     editor.ApplyColour(kTeal);
     EXPECT_EQ(doc().Colour(TextField::ReceiveSender, ColourRole::Back), kTeal);
     EXPECT_EQ(doc().Colour(TextField::ReceiveSender, ColourRole::Text), kRed);
 }
 
-using ColourDialogTest = EditorTest;
 
-TEST_F(ColourDialogTest, StartsOnItsLastColourAndSetsSwatchAndSelection) {
+TEST_F(EditorTest, ColourDialogStartsOnItsLastColourAndSetsSwatchAndSelection) {
     drawArea(Send, 1, 100, 100, 300, 200);
     platform.colourAnswers = {kRed, std::nullopt, kTeal};
     editor.ChooseColour();
@@ -51,7 +42,7 @@ TEST_F(ColourDialogTest, StartsOnItsLastColourAndSetsSwatchAndSelection) {
     EXPECT_EQ(doc().Colour(TextField::SendMessage, ColourRole::Back), kTeal);
 }
 
-TEST_F(ColourDialogTest, WithABoxOrNothingSelectedOnlyTheSwatchChanges) {
+TEST_F(EditorTest, ColourDialogWithABoxOrNothingSelectedOnlyTheSwatchChanges) {
     platform.colourAnswers = {kRed, kTeal};
     editor.ChooseColour();
     EXPECT_EQ(surface().swatch, kRed);
@@ -63,9 +54,8 @@ TEST_F(ColourDialogTest, WithABoxOrNothingSelectedOnlyTheSwatchChanges) {
             EXPECT_EQ(doc().Colour(TextField(f), role), SkinDocument::InitialColour(TextField(f), role));
 }
 
-using PickerTest = EditorTest;
 
-TEST_F(PickerTest, SampledColourIsAppliedOnRelease) {
+TEST_F(EditorTest, PickerSampledColourOrTheUntouchedSwatchIsAppliedOnRelease) {
     drawArea(Send, 0, 100, 100, 300, 200);
     platform.screenPixels = {kTeal, kRed};
     editor.PickerPressed();
@@ -81,15 +71,14 @@ TEST_F(PickerTest, SampledColourIsAppliedOnRelease) {
     EXPECT_FALSE(platform.colourTimer);
     EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kRed);
     EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Text), kSystemWindowText);
-}
-
-TEST_F(PickerTest, ReleaseBeforeAnyTickAppliesTheSwatchAsItWas) {
+    // A release before any tick applies the swatch as it was.
     drawArea(Send, 1, 100, 100, 300, 200);
     editor.SetColourTarget(ColourRole::Text);
     editor.PickerPressed();
     editor.PickerReleased();
-    EXPECT_EQ(doc().Colour(TextField::SendMessage, ColourRole::Text), kSwatchStart);
+    EXPECT_EQ(doc().Colour(TextField::SendMessage, ColourRole::Text), kRed);
 }
+
 
 // Which labels are hidden in each surface the view was shown while the picker swapped them.
 std::vector<TextField> swapOrder(const std::vector<EditorSurface>& shown, bool hiding) {
@@ -108,7 +97,7 @@ std::vector<TextField> swapOrder(const std::vector<EditorSurface>& shown, bool h
     return order;
 }
 
-TEST_F(PickerTest, SwapsLabelsForTheirBoxesInTheFixedOrder) {
+TEST_F(EditorTest, PickerSwapsLabelsForTheirBoxesInTheFixedOrder) {
     drawArea(Send, 0, 100, 100, 300, 200);
     drawArea(Send, 1, 100, 400, 300, 200);
     drawArea(Receive, 0, 100, 100, 300, 200);
@@ -128,7 +117,7 @@ TEST_F(PickerTest, SwapsLabelsForTheirBoxesInTheFixedOrder) {
         for (const BoxElement& b : list) EXPECT_FALSE(b.visible);
 }
 
-TEST_F(PickerTest, NoMirroredBoxesNoSwap) {
+TEST_F(EditorTest, PickerNoMirroredBoxesNoSwap) {
     drawArea(Receive, 0, 100, 100, 300, 200);
     editor.ResetSide(Receive);
     editor.PickerPressed();

@@ -7,19 +7,8 @@ namespace {
 constexpr SkinSide Send = SkinSide::Send;
 constexpr SkinSide Receive = SkinSide::Receive;
 
-using EdgeTest = EditorTest;
 
-TEST_F(EdgeTest, LeftStepOntoTheEdgeThenRefused) {
-    drawArea(Send, 2, 10, 100, 200, 200);  // Left 295: 10 inside the picture
-    editor.NudgeSelection(kArrowLeft);
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Left, 285);
-    EXPECT_EQ(doc().Area(Send, 2).Left, 285);
-    editor.NudgeSelection(kArrowLeft);
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Left, 285);
-    EXPECT_TRUE(platform.messages.empty());
-}
-
-TEST_F(EdgeTest, RightStepMovesOrGrowsOntoTheEdgeThenRefused) {
+TEST_F(EditorTest, EdgeRightStepMovesOrGrowsOntoTheEdgeThenRefused) {
     for (bool lock : {false, true}) {
         SCOPED_TRACE(lock ? "lock on" : "lock off");
         editor.ResetEditor();
@@ -35,7 +24,14 @@ TEST_F(EdgeTest, RightStepMovesOrGrowsOntoTheEdgeThenRefused) {
     }
 }
 
-TEST_F(EdgeTest, BottomAndTopEdgesOfTheReceivePicture) {
+TEST_F(EditorTest, EdgeMovesOntoTheLeftBottomAndTopEdgesThenRefused) {
+    drawArea(Send, 2, 10, 100, 200, 200);  // Left 295: 10 inside the picture
+    editor.NudgeSelection(kArrowLeft);
+    EXPECT_FLOAT_EQ(box(Send, 0).rect.Left, 285);
+    editor.NudgeSelection(kArrowLeft);
+    EXPECT_FLOAT_EQ(box(Send, 0).rect.Left, 285);
+    EXPECT_EQ(doc().Area(Send, 2).Left, 285);
+    EXPECT_TRUE(platform.messages.empty());
     drawArea(Receive, 4, 100, 10, 200, 3265);  // Top 775, bottom 4040: 10 inside 4050
     editor.NudgeSelection(kArrowDown);
     editor.NudgeSelection(kArrowDown);
@@ -47,7 +43,7 @@ TEST_F(EdgeTest, BottomAndTopEdgesOfTheReceivePicture) {
     EXPECT_EQ(doc().Area(Receive, 4).Top, 765);
 }
 
-TEST_F(EdgeTest, LockedLeftStretchIsRefusedNearTheLeftEdgeWhileRightStillWidens) {
+TEST_F(EditorTest, EdgeLockedStretchRefusedNearTheLeftEdgeAndBelowZero) {
     drawArea(Send, 4, 5, 100, 200, 200);
     editor.ToggleLock();
     editor.NudgeSelection(kArrowLeft);
@@ -56,19 +52,16 @@ TEST_F(EdgeTest, LockedLeftStretchIsRefusedNearTheLeftEdgeWhileRightStillWidens)
     EXPECT_FLOAT_EQ(box(Send, 0).rect.Width, 210);
     EXPECT_FLOAT_EQ(box(Send, 0).rect.Left, 290);
     EXPECT_EQ(doc().Area(Send, 4).Width, 210);
-}
-
-TEST_F(EdgeTest, StretchBelowZeroIsRefused) {
+    // Stretching below zero is refused.
     drawArea(Send, 5, 100, 100, 50, 50);
-    editor.ToggleLock();
     for (int i = 0; i < 7; ++i) editor.NudgeSelection(kArrowLeft);
     editor.NudgeSelection(kArrowUp);
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Width, 0);
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Height, 40);
+    EXPECT_FLOAT_EQ(box(Send, 1).rect.Width, 0);
+    EXPECT_FLOAT_EQ(box(Send, 1).rect.Height, 40);
     EXPECT_EQ(doc().Area(Send, 5), (AreaRect{385, 865, 0, 40}));
 }
 
-TEST_F(EdgeTest, ReceiveSenderLabelTakesTheReceivePicture) {
+TEST_F(EditorTest, EdgeReceiveSenderLabelTakesTheReceivePicture) {
     drawArea(Receive, 1, 10, 100, 300, 200);  // label Left 6145, tag "Receive"
     ASSERT_EQ(surface().currentSelection, Selection::Label(TextField::ReceiveSender));
     editor.NudgeSelection(kArrowRight);  // refused against the Send picture, fine on Receive
@@ -81,9 +74,8 @@ TEST_F(EdgeTest, ReceiveSenderLabelTakesTheReceivePicture) {
     EXPECT_FLOAT_EQ(box(Receive, 0).rect.Left, 6135);
 }
 
-using NudgeTest = EditorTest;
 
-TEST_F(NudgeTest, NoSelectionShowsTheMessageOnce) {
+TEST_F(EditorTest, NudgeNoSelectionShowsTheMessageOnce) {
     editor.NudgeSelection(kArrowUp);
     ASSERT_EQ(platform.messages.size(), 1u);
     EXPECT_EQ(platform.messages[0].text, "Please select an object to modify first");
@@ -92,7 +84,7 @@ TEST_F(NudgeTest, NoSelectionShowsTheMessageOnce) {
     EXPECT_EQ(platform.messages[0].buttons, MessageButtons::Ok);
 }
 
-TEST_F(NudgeTest, LabelAndItsMirroredBoxMoveTogether) {
+TEST_F(EditorTest, NudgeLabelAndItsMirroredBoxMoveTogether) {
     drag(Send, 100.5f, 200, 600.5f, 400, 0);  // box Left 385.5, label Left 386
     editor.NudgeSelection(kArrowDown);
     editor.NudgeSelection(kArrowRight);
@@ -103,7 +95,7 @@ TEST_F(NudgeTest, LabelAndItsMirroredBoxMoveTogether) {
     EXPECT_EQ(doc().Area(Send, 0), (AreaRect{396, 975, 500, 200}));
 }
 
-TEST_F(NudgeTest, BoxReplacesTheRectangleOfItsNamedKind) {
+TEST_F(EditorTest, NudgeBoxReplacesTheRectangleOfItsNamedKind) {
     drawArea(Send, 7, 100, 100, 200, 200);
     drawArea(Receive, 3, 100, 100, 200, 200);
     editor.SelectBox(Send, 0);
@@ -115,7 +107,7 @@ TEST_F(NudgeTest, BoxReplacesTheRectangleOfItsNamedKind) {
     EXPECT_EQ(doc().Area(Send, 7).Top, 865);
 }
 
-TEST_F(NudgeTest, StaleBoxSelectionWritesAFreedSlotWithoutMarkingItUsed) {
+TEST_F(EditorTest, NudgeStaleSelectionAfterAResetWritesAFreedSlotWithoutMarkingItUsed) {
     drawArea(Send, 7, 100, 100, 200, 200);
     editor.ResetSide(Send);
     ASSERT_EQ(surface().currentSelection, Selection::Box(Send, 0));
@@ -124,9 +116,7 @@ TEST_F(NudgeTest, StaleBoxSelectionWritesAFreedSlotWithoutMarkingItUsed) {
     EXPECT_FALSE(doc().KindUsed(Send, 7));
     EXPECT_TRUE(surface().menuEnabled[0][7]);
     EXPECT_FALSE(box(Send, 0).visible);
-}
-
-TEST_F(NudgeTest, StaleLabelSelectionMovesOnlyTheLabel) {
+    // A stale label selection moves only the label.
     drawArea(Send, 1, 100, 100, 200, 200);
     editor.ResetSide(Send);
     editor.NudgeSelection(kArrowLeft);
@@ -135,9 +125,10 @@ TEST_F(NudgeTest, StaleLabelSelectionMovesOnlyTheLabel) {
     EXPECT_EQ(doc().Area(Send, 1), AreaRect{});
 }
 
-using ArrowPadTest = EditorTest;
 
-TEST_F(ArrowPadTest, HeldArrowShowsFaceBorderAndRepeats) {
+
+
+TEST_F(EditorTest, ArrowPadHeldArrowShowsFaceBorderAndRepeats) {
     drawArea(Receive, 2, 100, 100, 500, 500);
     editor.ArrowPressed(kArrowRight);
     EXPECT_EQ(surface().arrowFaces[kArrowRight], "Right_ON");
@@ -152,14 +143,14 @@ TEST_F(ArrowPadTest, HeldArrowShowsFaceBorderAndRepeats) {
     EXPECT_EQ(doc().Area(Receive, 2).Left, 6235 + 40);
 }
 
-TEST_F(ArrowPadTest, SelectedBoxGetsNoBorder) {
+TEST_F(EditorTest, ArrowPadSelectedBoxGetsNoBorder) {
     drawArea(Send, 2, 100, 100, 200, 200);
     editor.ArrowPressed(kArrowUp);
     for (const LabelElement& l : surface().labels) EXPECT_FALSE(l.border);
     editor.ArrowReleased(kArrowUp);
 }
 
-TEST_F(ArrowPadTest, OneMessagePerPressWithNothingSelected) {
+TEST_F(EditorTest, ArrowPadOneMessagePerPressWithNothingSelected) {
     editor.ArrowPressed(kArrowLeft);
     for (int i = 0; i < 5; ++i) editor.MoveTimerTick();
     EXPECT_FALSE(platform.moveTimer);  // the repeat stopped for the message
@@ -173,20 +164,19 @@ TEST_F(ArrowPadTest, OneMessagePerPressWithNothingSelected) {
     EXPECT_EQ(platform.messages.size(), 2u);
 }
 
-TEST_F(ArrowPadTest, LockTogglesBetweenItsTwoTags) {
+TEST_F(EditorTest, ArrowPadLockTogglesBetweenItsTwoTagsAndSurvivesSideResets) {
     EXPECT_EQ(surface().lockTag, "Lock_OFF");
     editor.ToggleLock();
     EXPECT_EQ(surface().lockTag, "Lock_ON");
     editor.ToggleLock();
     EXPECT_EQ(surface().lockTag, "Lock_OFF");
-}
-
-TEST_F(ArrowPadTest, LockSurvivesASideReset) {
     editor.ToggleLock();
     editor.ResetSide(Send);
     editor.ResetSide(Receive);
-    EXPECT_EQ(surface().lockTag, "Lock_ON");
+    EXPECT_EQ(surface().lockTag, "Lock_ON");  // the lock survives side resets
 }
+
+
 
 }  // namespace
 }  // namespace skin::testing

@@ -7,9 +7,8 @@ namespace {
 constexpr SkinSide Send = SkinSide::Send;
 constexpr SkinSide Receive = SkinSide::Receive;
 
-using LoadPictureTest = EditorTest;
 
-TEST_F(LoadPictureTest, ChosenPictureIsShownAndRecorded) {
+TEST_F(EditorTest, LoadPictureChosenPictureIsShownAndRecorded) {
     platform.openAnswers.push_back(FileChoice{"/home/d/skins/send.bmp", "send.bmp"});
     editor.LoadSkinPicture(Send);
     ASSERT_EQ(platform.openDialogs.size(), 1u);
@@ -22,17 +21,17 @@ TEST_F(LoadPictureTest, ChosenPictureIsShownAndRecorded) {
     EXPECT_EQ(doc().PicturePath(Send), "/home/d/skins/send.bmp");
     EXPECT_TRUE(doc().PictureFileName(Receive).empty());
     EXPECT_TRUE(platform.messages.empty());
-}
-
-TEST_F(LoadPictureTest, CancelChangesNothingSilently) {
-    editor.LoadSkinPicture(Receive);
-    EXPECT_EQ(platform.log, (std::vector<std::string>{"open dialog"}));
+    editor.LoadSkinPicture(Receive);  // cancelled: silent, nothing changes
+    EXPECT_EQ(platform.log.back(), "open dialog");
     EXPECT_TRUE(doc().PicturePath(Receive).empty());
 }
 
-TEST_F(LoadPictureTest, UnreadableFileShowsTheMessageAndKeepsThePreviousPicture) {
+TEST_F(EditorTest, LoadPictureNewPictureKeepsTheAreasAndAnUnreadableOneShowsTheMessageAndKeepsThePrevious) {
     platform.openAnswers = {FileChoice{"/p/a.gif", "a.gif"}, FileChoice{"/p/notes.txt", "notes.txt"}};
+    drawArea(Receive, 7, 100, 100, 300, 200);
     editor.LoadSkinPicture(Receive);
+    EXPECT_TRUE(box(Receive, 0).visible);  // a new picture keeps the areas
+    EXPECT_EQ(doc().Area(Receive, 7), (AreaRect{6235, 865, 300, 200}));
     platform.picturesLoad = false;
     editor.LoadSkinPicture(Receive);
     ASSERT_EQ(platform.messages.size(), 1u);
@@ -45,17 +44,8 @@ TEST_F(LoadPictureTest, UnreadableFileShowsTheMessageAndKeepsThePreviousPicture)
     EXPECT_EQ(doc().PicturePath(Receive), "/p/a.gif");
 }
 
-TEST_F(LoadPictureTest, NewPictureKeepsTheAreas) {
-    drawArea(Send, 2, 100, 100, 300, 200);
-    platform.openAnswers.push_back(FileChoice{"/p/big.jpg", "big.jpg"});
-    editor.LoadSkinPicture(Send);
-    EXPECT_TRUE(box(Send, 0).visible);
-    EXPECT_EQ(doc().Area(Send, 2), (AreaRect{385, 865, 300, 200}));
-}
 
-using ResetSideTest = EditorTest;
-
-TEST_F(ResetSideTest, ReceiveSideWithThreeNamedAreas) {
+TEST_F(EditorTest, ResetSideReceiveSideWithThreeNamedAreas) {
     platform.openAnswers.push_back(FileChoice{"/p/r.bmp", "r.bmp"});
     editor.LoadSkinPicture(Receive);
     drawArea(Send, 5, 100, 100, 300, 200);
@@ -90,7 +80,7 @@ TEST_F(ResetSideTest, ReceiveSideWithThreeNamedAreas) {
     EXPECT_EQ(surface().Boxes(Receive).size(), 3u);
 }
 
-TEST_F(ResetSideTest, EmptySideOnlyHidesBoxZero) {
+TEST_F(EditorTest, ResetSideEmptySideOnlyHidesBoxZero) {
     editor.BeginArea(Send, 100, 100);  // a growing box 0, not yet released
     editor.ResetSide(Send);
     EXPECT_FALSE(box(Send, 0).visible);
@@ -98,9 +88,8 @@ TEST_F(ResetSideTest, EmptySideOnlyHidesBoxZero) {
     EXPECT_FLOAT_EQ(label(TextField::SendMessage).rect.Top, kParkingTop);
 }
 
-using ResetEditorTest = EditorTest;
 
-TEST_F(ResetEditorTest, EverythingReturnsToStartUp) {
+TEST_F(EditorTest, ResetEditorEverythingReturnsToStartUp) {
     platform.openAnswers.push_back(FileChoice{"/p/s.bmp", "s.bmp"});
     editor.LoadSkinPicture(Send);
     editor.Document().SetSkinName("Blue");

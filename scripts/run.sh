@@ -13,7 +13,9 @@ if [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; then
 fi
 
 # No display: run on a virtual one so the editor can still be driven and screenshotted.
-display=:77
+n=77
+while [ -e "/tmp/.X11-unix/X$n" ] || [ -e "/tmp/.X$n-lock" ]; do n=$((n + 1)); done
+display=:$n
 echo "No display found (DISPLAY is not set)."
 echo "Starting the editor on the virtual display $display (Xvfb)."
 echo "Look at it with:  DISPLAY=$display import -window root shot.png   (ImageMagick)"

@@ -47,6 +47,9 @@ unsigned char* ByteBuffer::Reserve(std::size_t size) {
         if (after > 0) ::munmap(aligned + capacity, after);
         start = aligned;
         ::madvise(start, capacity, MADV_HUGEPAGE);  // a hint; without it the pages are small
+        // Fault in what will be written in one call rather than page by page; on a kernel that
+        // does not know the advice the pages simply fault as they are written.
+        ::madvise(start, roundUp(size, kSmallPage), MADV_POPULATE_WRITE);
     }
     data_ = start;
     capacity_ = capacity;

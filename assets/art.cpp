@@ -61,8 +61,8 @@ const std::vector<ColourChip>& QuickColourChips()
 QStringList FaceKeys()
 {
     QStringList keys;
-    for (const FaceSpec& spec : kFaceSpecs) {
-        const QString word = QString::fromLatin1(spec.word.data(), static_cast<qsizetype>(spec.word.size()));
+    for (const FaceSpec& face : kFaceSpecs) {
+        const QString word = QString::fromLatin1(face.word.data(), static_cast<qsizetype>(face.word.size()));
         keys << word + QStringLiteral("_ON") << word + QStringLiteral("_OFF");
     }
     return keys;

@@ -24,15 +24,15 @@ inline constexpr FontSpec kTahomaBold{FontSpec::Face::Tahoma, 8.25, true};
 inline constexpr FontSpec kArial{FontSpec::Face::Arial, 8.25, false};
 inline constexpr FontSpec kArialSmallBold{FontSpec::Face::Arial, 6.75, true};
 
-inline QFont ElementFont(const FontSpec& spec)
+inline QFont ElementFont(const FontSpec& wanted)
 {
     QFont font;
     // Metric-compatible or narrow faces first, DejaVu Sans (always installed) last.
-    font.setFamilies(spec.face == FontSpec::Face::Tahoma
+    font.setFamilies(wanted.face == FontSpec::Face::Tahoma
                          ? QStringList{"Tahoma", "DejaVu Sans Condensed", "DejaVu Sans"}
                          : QStringList{"Arial", "Liberation Sans", "Nimbus Sans", "DejaVu Sans"});
-    font.setPointSizeF(spec.points);
-    font.setBold(spec.bold);
+    font.setPointSizeF(wanted.points);
+    font.setBold(wanted.bold);
     return font;
 }
 

@@ -187,18 +187,18 @@ void BuildNameMenus(QWidget* window)
         {SkinSide::Send, "mnuSend", "Send Objects", "mnuSObjectArea", "mnuSCancel"},
         {SkinSide::Receive, "mnuRecieve", "Recieve Objects", "mnuRObjectArea", "mnuRCancel"},
     }};
-    for (const MenuSpec& spec : menus) {
-        QMenu* menu = parentMenu->addMenu(QString::fromUtf8(spec.caption));
-        menu->setObjectName(QString::fromUtf8(spec.name));
+    for (const MenuSpec& menuRow : menus) {
+        QMenu* menu = parentMenu->addMenu(QString::fromUtf8(menuRow.caption));
+        menu->setObjectName(QString::fromUtf8(menuRow.name));
         for (AreaKind kind = 0; kind < kAreaKinds; ++kind) {
-            const std::string_view caption = KindInfo(spec.side, kind).caption;
+            const std::string_view caption = KindInfo(menuRow.side, kind).caption;
             QAction* item = menu->addAction(QString::fromUtf8(caption.data(), static_cast<qsizetype>(caption.size())));
-            item->setObjectName(QString::fromUtf8(spec.itemPrefix) + QString::number(kind));
+            item->setObjectName(QString::fromUtf8(menuRow.itemPrefix) + QString::number(kind));
             item->setData(kind);
         }
         menu->addSeparator();
         QAction* cancel = menu->addAction(QStringLiteral("Cancel"));
-        cancel->setObjectName(QString::fromUtf8(spec.cancelName));
+        cancel->setObjectName(QString::fromUtf8(menuRow.cancelName));
     }
 }
 

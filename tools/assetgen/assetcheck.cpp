@@ -94,9 +94,9 @@ private slots:
     {
         QTest::addColumn<QString>("word");
         QTest::addColumn<QSize>("size");
-        for (const skin::FaceSpec& spec : skin::kFaceSpecs) {
-            const QString word = QString::fromLatin1(spec.word.data(), static_cast<qsizetype>(spec.word.size()));
-            QTest::newRow(qPrintable(word)) << word << spec.size;
+        for (const skin::FaceSpec& face : skin::kFaceSpecs) {
+            const QString word = QString::fromLatin1(face.word.data(), static_cast<qsizetype>(face.word.size()));
+            QTest::newRow(qPrintable(word)) << word << face.size;
         }
     }
 

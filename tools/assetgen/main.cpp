@@ -89,12 +89,12 @@ int Generate(const QString& folder)
 {
     Writer writer{QDir(folder)};
     bool ok = true;
-    for (const skin::FaceSpec& spec : kFaceSpecs) {
+    for (const skin::FaceSpec& face : kFaceSpecs) {
         for (bool on : {true, false}) {
-            const QString key = QString::fromLatin1(spec.word.data(), static_cast<qsizetype>(spec.word.size())) +
+            const QString key = QString::fromLatin1(face.word.data(), static_cast<qsizetype>(face.word.size())) +
                                 (on ? QStringLiteral("_ON") : QStringLiteral("_OFF"));
             ok = ok && writer.Put(QStringLiteral("faces"), key,
-                                  [&](int scale) { return skin::DrawFace(spec.word, on, spec.size, scale); });
+                                  [&](int scale) { return skin::DrawFace(face.word, on, face.size, scale); });
         }
     }
     const QString art = QStringLiteral("art");
@@ -146,12 +146,12 @@ int Mockup(const QString& folder, const QString& target)
     p.drawText(kCopyright.adjusted(0, 0, 20, 0), Qt::AlignVCenter, QStringLiteral("(c) Ostervale, all rights"));
     // Below the window: every face, each pressed look under its normal one.
     int x = 4;
-    for (const skin::FaceSpec& spec : kFaceSpecs) {
-        const QString word = QString::fromLatin1(spec.word.data(), static_cast<qsizetype>(spec.word.size()));
+    for (const skin::FaceSpec& face : kFaceSpecs) {
+        const QString word = QString::fromLatin1(face.word.data(), static_cast<qsizetype>(face.word.size()));
         p.drawImage(x, background.height() + 2, QImage(root.filePath(QStringLiteral("faces/%1_OFF.png").arg(word))));
-        p.drawImage(x + spec.size.width() + 2, background.height() + 2,
+        p.drawImage(x + face.size.width() + 2, background.height() + 2,
                     QImage(root.filePath(QStringLiteral("faces/%1_ON.png").arg(word))));
-        x += 2 * spec.size.width() + 10;
+        x += 2 * face.size.width() + 10;
     }
     p.drawImage(x, background.height() + 2, QImage(root.filePath(QStringLiteral("art/help_create.png"))));
     p.drawImage(x + 46, background.height() + 2, QImage(root.filePath(QStringLiteral("art/picker_pointer.png"))));

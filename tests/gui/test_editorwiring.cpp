@@ -12,17 +12,16 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 
 #include <cmath>
-#include <functional>
-#include <memory>
 
 #include "editorcontroller.h"
 #include "facebutton.h"
 #include "frmskincreator.h"
+#include "guitest.h"
 
 using skin::AreaRect;
 using skin::ColourRole;
@@ -31,14 +30,9 @@ using skin::FaceButton;
 using skin::FrmSkinCreator;
 using skin::SkinSide;
 using skin::TextField;
-
-namespace {
-
-constexpr int kGiveUpMs = 5000;
-
-QRect SendPicture() { return {19, 51, 362, 258}; }
-
-}  // namespace
+using skin::testing::AcceptFile;
+using skin::testing::AnswerMenu;
+using skin::testing::AnswerModal;
 
 class EditorWiringTest : public QObject {
     Q_OBJECT
@@ -48,61 +42,10 @@ private:
     EditorController* controller = nullptr;
     QTemporaryDir files;
 
-    template <typename T>
-    T* child(const QString& name) const
-    {
-        T* found = window->findChild<T*>(name);
-        if (found == nullptr) qWarning("no element %s", qPrintable(name));
-        return found;
-    }
-    QLabel* widget(const char* name) const { return child<QLabel>(QString::fromUtf8(name)); }
-    FaceButton* button(const char* name) const { return child<FaceButton>(QString::fromUtf8(name)); }
+    QLabel* widget(const char* name) const { return skin::testing::Child<QLabel>(window.get(), name); }
+    FaceButton* button(const char* name) const { return skin::testing::Child<FaceButton>(window.get(), name); }
+    QString currentSelection() const { return widget("lblCurrSel")->text().mid(19); }
     skin::Editor& editor() const { return controller->editor(); }
-
-    // Polls the event loop (also the nested loop of a modal exec) until `act` reports that it
-    // handled what it waited for; gives up after a while so a missing dialog fails the test.
-    void whenReady(std::function<bool()> act)
-    {
-        auto* poll = new QTimer(this);
-        auto started = std::make_shared<QElapsedTimer>();
-        started->start();
-        connect(poll, &QTimer::timeout, this, [poll, act, started] {
-            if (act() || started->elapsed() > kGiveUpMs) {
-                poll->stop();
-                poll->deleteLater();
-            }
-        });
-        poll->start(10);
-    }
-
-    // The open name menu picks the named item with the keyboard, as the designer would;
-    // an empty name dismisses it. `check` may look at the menu first.
-    void answerMenu(const QString& itemName, std::function<void(QMenu*)> check = {})
-    {
-        whenReady([itemName, check] {
-            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            if (menu == nullptr) return false;
-            if (check) check(menu);
-            if (itemName.isEmpty()) {
-                QTest::keyClick(menu, Qt::Key_Escape);
-            } else {
-                menu->setActiveAction(menu->findChild<QAction*>(itemName));
-                QTest::keyClick(menu, Qt::Key_Return);
-            }
-            return !menu->isVisible();
-        });
-    }
-
-    template <typename Dialog>
-    void answerModal(std::function<void(Dialog*)> act)
-    {
-        whenReady([act] {
-            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-            if (dialog == nullptr || !dialog->isVisible()) return false;
-            act(dialog);
-            return !dialog->isVisible();
-        });
-    }
 
     // A left-button drag on a side picture, in pixels relative to the picture.
     void drag(QWidget* picture, QPoint from, QPoint to)
@@ -113,37 +56,39 @@ private:
         QTest::mouseRelease(picture, Qt::LeftButton, {}, to);
     }
 
-    void drawAndName(const char* picture, QPoint from, QPoint to, const QString& item)
+    void drawAndName(const char* picture, QPoint from, QPoint to, const char* item)
     {
-        answerMenu(item);
+        AnswerMenu(QString::fromUtf8(item));
         drag(widget(picture), from, to);
     }
 
     QString writePicture(const QString& name, const char* format)
     {
-        QImage image(100, 100, QImage::Format_RGB32);
+        QImage image(100, 100, QImage::Format_RGB32);  // left half red, right half blue
         image.fill(Qt::red);
-        for (int y = 0; y < 100; ++y) {
-            for (int x = 50; x < 100; ++x) image.setPixel(x, y, qRgb(0, 0, 255));
-        }
+        QPainter(&image).fillRect(50, 0, 50, 100, Qt::blue);
         const QString path = files.filePath(name);
         image.save(path, format);
         return path;
     }
 
-    // selectFile leaves the name field alone once it has the focus, so the path goes into
-    // the field itself, as typed.
-    static void acceptFile(QFileDialog* dialog, const QString& path)
+    // Opens the colour dialog, picks `colour` (or cancels when invalid); returns the start colour.
+    QColor pickColour(const QColor& colour)
     {
-        auto* field = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        QVERIFY(field != nullptr);
-        field->setText(path);
-        QMetaObject::invokeMethod(dialog, "accept");
+        QColor initial;
+        AnswerModal<QColorDialog>([&initial, colour](QColorDialog* dialog) {
+            initial = dialog->currentColor();
+            if (!colour.isValid()) return dialog->reject();
+            dialog->setCurrentColor(colour);
+            dialog->accept();
+        });
+        QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
+        return initial;
     }
 
     void chooseFile(const QString& path)
     {
-        answerModal<QFileDialog>([path](QFileDialog* dialog) { acceptFile(dialog, path); });
+        AnswerModal<QFileDialog>([path](QFileDialog* dialog) { AcceptFile(dialog, path); });
     }
 
 private slots:
@@ -162,6 +107,14 @@ private slots:
     {
         QLabel* picture = widget("imgSend");
         QLabel* box = widget("imgObjectBox0");
+        const QPoint at = window->pos();
+        QTest::mousePress(picture, Qt::RightButton, {}, {20, 30});  // other buttons neither draw nor move
+        QTest::mouseMove(picture, {120, 130});
+        QTest::mouseRelease(picture, Qt::RightButton, {}, {120, 130});
+        QVERIFY(!box->isVisible());
+        QCOMPARE(window->pos(), at);
+        QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 0);
+
         QTest::mousePress(picture, Qt::LeftButton, {}, {20, 30});
         QVERIFY(box->isVisible());
         QCOMPARE(box->geometry(), QRect(39, 81, 0, 0));
@@ -174,10 +127,10 @@ private slots:
         QTest::mouseMove(picture, {380, 70});  // past the edge: the box goes with the pointer once
         QCOMPARE(box->geometry(), QRect(39, 81, 360, 40));
         QTest::mouseMove(picture, {390, 70});  // and is pinned to the picture's right edge next
-        QCOMPARE(box->geometry().right(), SendPicture().right());
+        QCOMPARE(box->geometry().right(), widget("imgSend")->geometry().right());
         QCOMPARE(window->childAt(box->geometry().center()), box);
 
-        answerMenu(QString());  // dismissed: the box goes, its index is used up
+        AnswerMenu(QString());  // dismissed: the box goes, its index is used up
         QTest::mouseRelease(picture, Qt::LeftButton, {}, {390, 70});
         QVERIFY(!box->isVisible());
         QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 1);
@@ -191,22 +144,10 @@ private slots:
         QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 1);
     }
 
-    void otherButtonsNeitherDrawNorMoveTheWindow()
-    {
-        const QPoint at = window->pos();
-        QLabel* picture = widget("imgSend");
-        QTest::mousePress(picture, Qt::RightButton, {}, {20, 30});
-        QTest::mouseMove(picture, {120, 130});
-        QTest::mouseRelease(picture, Qt::RightButton, {}, {120, 130});
-        QVERIFY(!widget("imgObjectBox0")->isVisible());
-        QCOMPARE(window->pos(), at);
-        QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 0);
-    }
-
     void namingATextFieldMovesItsLabelOntoTheRectangle()
     {
         bool sawMenu = false;
-        answerMenu(QStringLiteral("mnuSObjectArea0"), [&sawMenu](QMenu* menu) {
+        AnswerMenu(QStringLiteral("mnuSObjectArea0"), [&sawMenu](QMenu* menu) {
             sawMenu = menu->objectName() == QLatin1String("mnuSend");
         });
         drag(widget("imgSend"), {20, 30}, {120, 90});
@@ -220,11 +161,11 @@ private slots:
         QVERIFY(label->isVisible());
         QCOMPARE(label->text(), QStringLiteral(" [ ] User List"));
         QVERIFY(!widget("imgObjectBox0")->isVisible());
-        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send User List"));
+        QCOMPARE(currentSelection(), QStringLiteral("Send User List"));
 
         // The next drag's menu offers the named kind no more; a button area stays as a box.
         bool userListEnabled = true;
-        answerMenu(QStringLiteral("mnuSObjectArea2"), [&userListEnabled](QMenu* menu) {
+        AnswerMenu(QStringLiteral("mnuSObjectArea2"), [&userListEnabled](QMenu* menu) {
             userListEnabled = menu->findChild<QAction*>(QStringLiteral("mnuSObjectArea0"))->isEnabled();
         });
         drag(widget("imgSend"), {200, 150}, {260, 200});
@@ -233,33 +174,30 @@ private slots:
         QVERIFY(box->isVisible());
         QCOMPARE(box->geometry(), QRect(219, 201, 60, 50));
         QCOMPARE(editor().Document().Area(SkinSide::Send, 2), (AreaRect{3285, 3015, 900, 750}));
-        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send All"));
-    }
+        QCOMPARE(currentSelection(), QStringLiteral("Send All"));
 
-    void receiveNamingPlacesTheReceiveLabels()
-    {
-        drawAndName("imgRecieve", {10, 10}, {110, 40}, QStringLiteral("mnuRObjectArea2"));
+        drawAndName("imgRecieve", {10, 10}, {110, 40}, "mnuRObjectArea2");
         QCOMPARE(widget("lblReceiveMess")->geometry(), QRect(419, 61, 100, 30));
         QCOMPARE(widget("lblSendMessage")->y(), 426);  // still below the surface
         QCOMPARE(editor().Document().Area(SkinSide::Receive, 2), (AreaRect{6285, 915, 1500, 450}));
-        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Receive Message"));
-    }
+        QCOMPARE(currentSelection(), QStringLiteral("Receive Message"));
+        }
 
     void aPressOnABoxOrLabelSelectsItAndDrawsNothing()
     {
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
-        drawAndName("imgSend", {200, 150}, {260, 200}, QStringLiteral("mnuSObjectArea7"));
-        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send Options"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
+        drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea7");
+        QCOMPARE(currentSelection(), QStringLiteral("Send Options"));
 
         QLabel* label = widget("lblSendUsers");
         QTest::mouseClick(label, Qt::LeftButton, {}, {50, 30});
-        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send User List"));
+        QCOMPARE(currentSelection(), QStringLiteral("Send User List"));
 
         QLabel* box = widget("imgObjectBox1");
         QTest::mousePress(box, Qt::LeftButton, {}, {10, 10});
         QTest::mouseMove(box, {40, 40});
         QTest::mouseRelease(box, Qt::LeftButton, {}, {40, 40});
-        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection: Send Options"));
+        QCOMPARE(currentSelection(), QStringLiteral("Send Options"));
         QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 2);
         QVERIFY(window->findChild<QLabel*>(QStringLiteral("imgObjectBox2")) == nullptr ||
                 !widget("imgObjectBox2")->isVisible());
@@ -269,9 +207,9 @@ private slots:
     {
         const QString path = writePicture(QStringLiteral("half.bmp"), "BMP");
         QStringList filters;
-        answerModal<QFileDialog>([path, &filters](QFileDialog* dialog) {
+        AnswerModal<QFileDialog>([path, &filters](QFileDialog* dialog) {
             filters = dialog->nameFilters();
-            acceptFile(dialog, path);
+            AcceptFile(dialog, path);
         });
         QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
         QCOMPARE(filters.value(0), QStringLiteral("Graphic Files (*.bmp *.jpg *.gif)"));
@@ -292,7 +230,7 @@ private slots:
         text.close();
         chooseFile(text.fileName());
         QString title;
-        answerModal<QMessageBox>([&title](QMessageBox* box) {
+        AnswerModal<QMessageBox>([&title](QMessageBox* box) {
             title = box->windowTitle();
             box->button(QMessageBox::Ok)->click();
         });
@@ -301,7 +239,7 @@ private slots:
         QCOMPARE(QColor(frame->pixmap().toImage().pixel(20, 20)), QColor(Qt::red));
         QCOMPARE(editor().Document().PictureFileName(SkinSide::Send), std::string("half.bmp"));
 
-        answerModal<QFileDialog>([](QFileDialog* dialog) { dialog->reject(); });
+        AnswerModal<QFileDialog>([](QFileDialog* dialog) { dialog->reject(); });
         QTest::mouseClick(button("imgReceiveLoad"), Qt::LeftButton);
         QVERIFY(widget("imgRecieve")->pixmap().isNull());
         QVERIFY(editor().Document().PictureFileName(SkinSide::Receive).empty());
@@ -309,7 +247,7 @@ private slots:
 
     void arrowsNudgeTheLabelAndItsRectangle()
     {
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
         QLabel* label = widget("lblSendUsers");
         FaceButton* right = button("imgArrMove2");
 
@@ -334,7 +272,7 @@ private slots:
 
     void holdingAnArrowRepeatsTheStep()
     {
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
         FaceButton* down = button("imgArrMove3");
         QTest::mousePress(down, Qt::LeftButton);
         QTRY_VERIFY(editor().Document().Area(SkinSide::Send, 0).Top >= 1215 + 30);
@@ -345,34 +283,28 @@ private slots:
         QCOMPARE(widget("lblSendUsers")->y(), static_cast<int>(std::lround(top / 15.0)));
     }
 
-    void holdingAnArrowWithoutSelectionAsksOncePerPress()
-    {
-        int messages = 0;
-        answerModal<QMessageBox>([&messages](QMessageBox* box) {
-            ++messages;
-            box->button(QMessageBox::Ok)->click();
-        });
-        FaceButton* up = button("imgArrMove1");
-        QTest::mousePress(up, Qt::LeftButton);
-        QTRY_COMPARE(messages, 1);  // the first tick of the repeat asks
-        QTest::qWait(150);
-        QTest::mouseRelease(up, Qt::LeftButton);  // and the click that follows does not ask again
-        QTest::qWait(50);
-        QCOMPARE(messages, 1);
-    }
-
-    void anArrowWithoutSelectionAsksOnce()
+    void anArrowWithoutSelectionAsksOncePerPress()
     {
         int messages = 0;
         QString text;
-        answerModal<QMessageBox>([&](QMessageBox* box) {
+        const auto answer = [&](QMessageBox* box) {
             ++messages;
             text = box->text();
             box->button(QMessageBox::Ok)->click();
-        });
+        };
+        AnswerModal<QMessageBox>(answer);
         QTest::mouseClick(button("imgArrMove0"), Qt::LeftButton);
         QCOMPARE(messages, 1);
         QCOMPARE(text, QStringLiteral("Please select an object to modify first"));
+
+        AnswerModal<QMessageBox>(answer);
+        FaceButton* up = button("imgArrMove1");
+        QTest::mousePress(up, Qt::LeftButton);
+        QTRY_COMPARE(messages, 2);  // held: the first tick of the repeat asks
+        QTest::qWait(150);
+        QTest::mouseRelease(up, Qt::LeftButton);  // and the click that follows does not ask again
+        QTest::qWait(50);
+        QCOMPARE(messages, 2);
     }
 
     void labelsShowTheDocumentColours()
@@ -385,15 +317,8 @@ private slots:
         QCOMPARE(date->palette().color(QPalette::WindowText), app.color(QPalette::WindowText));
         QCOMPARE(message->palette().color(QPalette::Window), QColor(0xE0, 0xE0, 0xE0));
 
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
-        QColor initial;
-        answerModal<QColorDialog>([&initial](QColorDialog* dialog) {
-            initial = dialog->currentColor();
-            dialog->setCurrentColor(QColor(0x12, 0x34, 0x56));
-            dialog->accept();
-        });
-        QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
-        QCOMPARE(initial, QColor(Qt::black));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
+        QCOMPARE(pickColour(QColor(0x12, 0x34, 0x56)), QColor(Qt::black));
         QLabel* users = widget("lblSendUsers");
         QCOMPARE(users->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
         QCOMPARE(widget("picPreView")->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
@@ -402,24 +327,16 @@ private slots:
         QTest::mouseClick(button("imgText"), Qt::LeftButton);
         QCOMPARE(button("imgText")->face(), QStringLiteral("Text_ON"));
         QCOMPARE(button("imgMap")->face(), QStringLiteral("Map_OFF"));
-        answerModal<QColorDialog>([&initial](QColorDialog* dialog) {
-            initial = dialog->currentColor();
-            dialog->setCurrentColor(QColor(0xAB, 0xCD, 0xEF));
-            dialog->accept();
-        });
-        QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
-        QCOMPARE(initial, QColor(0x12, 0x34, 0x56));  // the dialog remembers its colour
+        QCOMPARE(pickColour(QColor(0xAB, 0xCD, 0xEF)), QColor(0x12, 0x34, 0x56));  // the dialog remembers
         QCOMPARE(users->palette().color(QPalette::WindowText), QColor(0xAB, 0xCD, 0xEF));
         QCOMPARE(users->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
-
-        answerModal<QColorDialog>([](QColorDialog* dialog) { dialog->reject(); });
-        QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
+        pickColour(QColor());
         QCOMPARE(widget("picPreView")->palette().color(QPalette::Window), QColor(0xAB, 0xCD, 0xEF));
     }
 
     void thePickerSwapsLabelsForTheirBoxesWhileHeld()
     {
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea1"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea1");
         QLabel* label = widget("lblSendMessage");
         QLabel* box = widget("imgObjectBox0");
         FaceButton* picker = button("imgPicker");
@@ -434,11 +351,11 @@ private slots:
         QVERIFY(!box->isVisible());
     }
 
-    void resetParksTheSideAndStartsItsBoxesAgain()
+    void resetAndNewStartEmptyTheSurface()
     {
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea0"));
-        drawAndName("imgSend", {200, 150}, {260, 200}, QStringLiteral("mnuSObjectArea3"));
-        drawAndName("imgRecieve", {10, 10}, {110, 40}, QStringLiteral("mnuRObjectArea0"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
+        drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea3");
+        drawAndName("imgRecieve", {10, 10}, {110, 40}, "mnuRObjectArea0");
         QTest::mouseClick(button("imgSendClear"), Qt::LeftButton);
         QCOMPARE(widget("lblSendUsers")->y(), 422);  // 6330 twips
         QCOMPARE(widget("lblSendUsers")->x(), 39);
@@ -448,15 +365,13 @@ private slots:
         QTest::mousePress(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
         QVERIFY(widget("imgObjectBox0")->isVisible());
         QTest::mouseRelease(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
-    }
 
-    void aNewStartEmptiesFramesAndHidesEveryBox()
-    {
+        // A new start empties the frames and hides every box.
         chooseFile(writePicture(QStringLiteral("start.bmp"), "BMP"));
         QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
         QVERIFY(!widget("imgSend")->pixmap().isNull());
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea4"));
-        drawAndName("imgSend", {200, 150}, {260, 200}, QStringLiteral("mnuSObjectArea5"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea4");
+        drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea5");
         QVERIFY(widget("imgObjectBox1")->isVisible());
 
         editor().ResetEditor();  // what "Create Another?" answered Yes does
@@ -464,27 +379,27 @@ private slots:
         QVERIFY(!widget("imgObjectBox0")->isVisible());
         QVERIFY(!widget("imgObjectBox1")->isVisible());
         QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection:"));
-        drawAndName("imgSend", {20, 30}, {120, 90}, QStringLiteral("mnuSObjectArea4"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea4");
         QVERIFY(widget("imgObjectBox0")->isVisible());
         QVERIFY(!widget("imgObjectBox1")->isVisible());
     }
 
     void nameAndAuthorFollowTheDocument()
     {
-        auto* name = child<QLineEdit>(QStringLiteral("txtSkinName"));
+        auto* name = skin::testing::Child<QLineEdit>(window.get(), "txtSkinName");
         QTest::keyClicks(name, QStringLiteral("Blue Sky"));
         QCOMPARE(editor().Document().SkinName(), std::string("Blue Sky"));
         QCOMPARE(name->cursorPosition(), 8);
 
         editor().Document().SetSkinAuthor("Ostervale");
         editor().Refresh();
-        QCOMPARE(child<QLineEdit>(QStringLiteral("txtSkinAuthor"))->text(), QStringLiteral("Ostervale"));
+        QCOMPARE(skin::testing::Child<QLineEdit>(window.get(), "txtSkinAuthor")->text(), QStringLiteral("Ostervale"));
     }
 
     void optionsAndPackageButtonReachTheSkinFiles()
     {
         QStringList filters;
-        answerModal<QFileDialog>([&filters](QFileDialog* dialog) {
+        AnswerModal<QFileDialog>([&filters](QFileDialog* dialog) {
             filters = dialog->nameFilters();
             dialog->reject();
         });
@@ -492,7 +407,7 @@ private slots:
         QCOMPARE(filters.value(0), QStringLiteral("Brindleway Skin Files (*.bsz *.bsi)"));
 
         QString title;
-        answerModal<QMessageBox>([&title](QMessageBox* box) {
+        AnswerModal<QMessageBox>([&title](QMessageBox* box) {
             title = box->windowTitle();
             box->button(QMessageBox::Ok)->click();
         });

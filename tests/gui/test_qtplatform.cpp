@@ -13,14 +13,16 @@
 #include <QTimer>
 #include <QtTest>
 
-#include <cstdlib>
-
 #include "frmskincreator.h"
 #include "qtcolour.h"
+#include "guitest.h"
 #include "qtplatform.h"
 
 using skin::FrmSkinCreator;
 using skin::QtPlatform;
+using skin::testing::AcceptFile;
+using skin::testing::AnswerMenu;
+using skin::testing::AnswerModal;
 
 class QtPlatformTest : public QObject {
     Q_OBJECT
@@ -56,8 +58,7 @@ private slots:
     {
         QString shownText, shownTitle;
         QMessageBox::Icon shownIcon = QMessageBox::NoIcon;
-        onModal([&](QWidget* modal) {
-            auto* box = qobject_cast<QMessageBox*>(modal);
+        AnswerModal<QMessageBox>([&](QMessageBox* box) {
             shownText = box->text();
             shownTitle = box->windowTitle();
             shownIcon = box->icon();
@@ -70,10 +71,10 @@ private slots:
         QCOMPARE(shownTitle, QStringLiteral("Skin Load Error"));
         QCOMPARE(shownIcon, QMessageBox::Warning);
 
-        onModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });  // the first button is default
+        AnswerModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });  // the first button is default
         QCOMPARE(platform().ShowMessage("Again?", "t", skin::MessageIcon::Question, skin::MessageButtons::YesNo),
                  skin::MessageAnswer::Yes);
-        onModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });
+        AnswerModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });
         QCOMPARE(platform().ShowMessage("Done", "t", skin::MessageIcon::Information, skin::MessageButtons::Ok),
                  skin::MessageAnswer::Ok);
     }
@@ -84,12 +85,10 @@ private slots:
         const QString path = folder.filePath(QStringLiteral("send skin.bmp"));
         QVERIFY(writeImage(path, QSize(4, 4)));
         QString selectedFilter, title;
-        onModal([&](QWidget* modal) {
-            auto* dialog = qobject_cast<QFileDialog*>(modal);
+        AnswerModal<QFileDialog>([&](QFileDialog* dialog) {
             selectedFilter = dialog->selectedNameFilter();
             title = dialog->windowTitle();
-            dialog->selectFile(path);
-            QMetaObject::invokeMethod(dialog, "accept");
+            AcceptFile(dialog, path);
         });
         const auto choice = platform().OpenFileDialog(
             {"Open Picture", "Graphic Files (*.bmp; *.jpg; *.gif)|*.bmp; *.jpg; *.gif|All Files (*.*)|*.*|", 2, 4});
@@ -99,7 +98,7 @@ private slots:
         QCOMPARE(selectedFilter, QStringLiteral("All Files (*)"));
         QCOMPARE(title, QStringLiteral("Open Picture"));
 
-        onModal([](QWidget* modal) { QMetaObject::invokeMethod(modal, "reject"); });
+        AnswerModal<QDialog>([](QDialog* modal) { modal->reject(); });
         QVERIFY(!platform().OpenFileDialog({"", "All Files (*.*)|*.*|", 1, 4}).has_value());
     }
 
@@ -107,15 +106,11 @@ private slots:
     {
         QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("MySkin.bsz"));
-        QFile existing(path);
-        QVERIFY(existing.open(QIODevice::WriteOnly));
-        existing.close();
-        onModal([&](QWidget* modal) {
-            auto* dialog = qobject_cast<QFileDialog*>(modal);
+        QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+        AnswerModal<QFileDialog>([&](QFileDialog* dialog) {
             QVERIFY(dialog->testOption(QFileDialog::DontConfirmOverwrite));
             QCOMPARE(dialog->defaultSuffix(), QString());
-            dialog->selectFile(path);
-            QMetaObject::invokeMethod(dialog, "accept");
+            AcceptFile(dialog, path);
         });
         const auto choice =
             platform().SaveFileDialog({"Save Skin Package", "Brindleway Skin ZIP Files (*.bsz)|*.bsz|All Files (*.*)|*.*|", 1, 4});
@@ -126,9 +121,9 @@ private slots:
 
     void colourDialogStartsOnTheGivenColour()
     {
-        onModal([](QWidget* modal) { QMetaObject::invokeMethod(modal, "accept"); });
+        AnswerModal<QDialog>([](QDialog* modal) { modal->accept(); });
         QCOMPARE(platform().ChooseColour(0x00336699), std::optional<skin::OleColour>(0x00336699));
-        onModal([](QWidget* modal) { QMetaObject::invokeMethod(modal, "reject"); });
+        AnswerModal<QDialog>([](QDialog* modal) { modal->reject(); });
         QVERIFY(!platform().ChooseColour(0).has_value());
     }
 
@@ -149,24 +144,18 @@ private slots:
         enabled.fill(true);
         enabled[0] = false;
         bool firstDisabled = false;
-        onPopup([&](QMenu* menu) {
+        AnswerMenu(QStringLiteral("mnuSObjectArea6"), [&](QMenu* menu) {
             firstDisabled = !menu->findChild<QAction*>(QStringLiteral("mnuSObjectArea0"))->isEnabled();
-            menu->setActiveAction(menu->findChild<QAction*>(QStringLiteral("mnuSObjectArea6")));
-            QTest::keyClick(menu, Qt::Key_Return);
         });
         QCOMPARE(platform().ShowNameMenu(skin::SkinSide::Send, enabled), std::optional<skin::AreaKind>(6));
         QVERIFY(firstDisabled);
-
-        onPopup([](QMenu* menu) {
-            menu->setActiveAction(menu->findChild<QAction*>(QStringLiteral("mnuRCancel")));
-            QTest::keyClick(menu, Qt::Key_Return);
-        });
+        AnswerMenu(QStringLiteral("mnuRCancel"));
         QVERIFY(!platform().ShowNameMenu(skin::SkinSide::Receive, enabled).has_value());
-        onPopup([](QMenu* menu) { QTest::keyClick(menu, Qt::Key_Escape); });
+        AnswerMenu(QString());
         QVERIFY(!platform().ShowNameMenu(skin::SkinSide::Receive, enabled).has_value());
     }
 
-    void busyIndicationsAndFocus()
+    void busyIndicationsPointersAndFocus()
     {
         auto* loading = window->findChild<QWidget*>(QStringLiteral("picLoading"));
         platform().SetHourglass(true);
@@ -185,10 +174,8 @@ private slots:
         window->activateWindow();
         platform().FocusTextBox(skin::TextBox::SkinAuthor);
         QTRY_COMPARE(QApplication::focusWidget(), window->findChild<QWidget*>(QStringLiteral("txtSkinAuthor")));
-    }
 
-    void pickerPointerStaysPairedWithHourglass()
-    {
+        // The picker pointer stays paired with the hourglass.
         platform().SetPickerPointer(true);
         QCOMPARE(QApplication::overrideCursor()->shape(), Qt::BitmapCursor);
         QCOMPARE(window->cursor().shape(), Qt::BitmapCursor);
@@ -213,15 +200,14 @@ private slots:
 
         const QString text = folder.filePath(QStringLiteral("notes.txt"));
         QFile file(text);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("not a picture");
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("not a picture") > 0);
         file.close();
         QVERIFY(!platform().LoadPicture(skin::SkinSide::Receive, text.toStdString()));
         QVERIFY(!platform().LoadPicture(skin::SkinSide::Receive, folder.filePath("missing.bmp").toStdString()));
         QCOMPARE(frame->pixmap().cacheKey(), shown);
     }
 
-    void timersTickIntoTheHook()
+    void timersClockAndTemporaryFolder()
     {
         std::vector<skin::EditorTimer> ticks;
         window->setTimerTick([&](skin::EditorTimer timer) { ticks.push_back(timer); });
@@ -233,10 +219,7 @@ private slots:
         platform().StartTimer(skin::EditorTimer::MoveObject);
         QVERIFY(window->findChild<QTimer*>(QStringLiteral("timMoveObject"))->isActive());
         platform().StopTimer(skin::EditorTimer::MoveObject);
-    }
 
-    void clockAndTemporaryFolder()
-    {
         const skin::LocalDateTime now = platform().Now();
         const QDateTime clock = QDateTime::currentDateTime();
         QCOMPARE(now.year, clock.date().year());
@@ -250,21 +233,6 @@ private slots:
 private:
     QtPlatform& platform() { return window->qtPlatform(); }
 
-    // Runs `answer` on the modal dialog once it is open.
-    static void onModal(std::function<void(QWidget*)> answer)
-    {
-        QTimer::singleShot(0, [answer] {
-            QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
-            answer(QApplication::activeModalWidget());
-        });
-    }
-    static void onPopup(std::function<void(QMenu*)> answer)
-    {
-        QTimer::singleShot(0, [answer] {
-            QTRY_VERIFY(qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr);
-            answer(qobject_cast<QMenu*>(QApplication::activePopupWidget()));
-        });
-    }
     static bool writeImage(const QString& path, QSize size)
     {
         QImage image(size, QImage::Format_RGB32);

@@ -135,42 +135,43 @@ TEST_F(LoadingTest, LoadingTwiceLeavesNothingOfTheFirstSkin) {
     ASSERT_EQ(platform.messages.back().text, kLoadedText);
     const SkinDocument& doc = editor.Document();
     EXPECT_EQ(doc.SkinName(), "Loose");
-    // Every kind of the loose file is written, so all come back; only two have a size.
+    EXPECT_EQ(doc.PicturePath(SkinSide::Send), Path("loose") + "/s.bmp");
+    EXPECT_EQ(doc.Colour(TextField::SendUsers, ColourRole::Back),
+              SkinDocument::InitialColour(TextField::SendUsers, ColourRole::Back));
+    // Every kind of the loose file is written, so all come back; only two have a size, and
+    // the never-drawn ones are used, empty and at the surface origin.
     EXPECT_EQ(doc.Area(SkinSide::Send, 2), (AreaRect{385, 865, 300, 200}));
     EXPECT_EQ(doc.Area(SkinSide::Send, 0), (AreaRect{0, 0, 0, 0}));
     EXPECT_EQ(doc.Area(SkinSide::Receive, 7), (AreaRect{6235, 1065, 400, 150}));
     EXPECT_EQ(doc.BoxCount(SkinSide::Send), kAreaKinds);
-    // Boxes of the first skin beyond the new ones are hidden, and the first skin's rectangles
-    // are nowhere.
+    EXPECT_TRUE(doc.KindUsed(SkinSide::Receive, 0));
+    EXPECT_FALSE(editor.Surface().menuEnabled[1][0]);
+    EXPECT_EQ(editor.Surface().Label(TextField::ReceiveDate).rect, (RectF{0, 0, 0, 0}));
     for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
-        for (const BoxElement& b : editor.Surface().Boxes(side)) {
-            if (b.visible) {
-                EXPECT_TRUE(b.rect.Width == 0 || b.rect.Width == 300 || b.rect.Width == 400);
-            }
+        for (const BoxElement& b : editor.Surface().Boxes(side)) {  // nothing of the first skin shows
+            EXPECT_TRUE(!b.visible || b.rect.Width == 0 || b.rect.Width == 300 || b.rect.Width == 400);
         }
     }
-    EXPECT_EQ(doc.PicturePath(SkinSide::Send), Path("loose") + "/s.bmp");
-    EXPECT_EQ(doc.Colour(TextField::SendUsers, ColourRole::Back),
-              SkinDocument::InitialColour(TextField::SendUsers, ColourRole::Back));
+    WriteSkinInformation(doc, Path("again.bsi"), platform);  // saving again writes the same values
+    EXPECT_EQ(ReadINI("Recieve Date", "Left", Path("again.bsi")), "-6135");
+    EXPECT_EQ(ReadINI("Recieve Date", "Top", Path("again.bsi")), "-765");
+    EXPECT_EQ(ReadINI("Send All", "Left", Path("again.bsi")), "100");
+
     // The second package load goes into a folder of its own.
     Choose(package);
     LoadSkin(editor, platform);
     EXPECT_EQ(platform.messages.back().text, kLoadedText);
     EXPECT_EQ(editor.Document().PicturePath(SkinSide::Send), StampFolder() + "0/send.bmp");
-}
 
-TEST_F(LoadingTest, NeverDrawnKindComesBackAsUsedAndEmptyAtTheSurfaceOrigin) {
+    // An unreadable picture fails after the Send side was cleared; Receive is not reached.
+    platform.picturesLoad = false;
     Choose(WriteLooseSkin(Path("loose")));
     LoadSkin(editor, platform);
-    const SkinDocument& doc = editor.Document();
-    EXPECT_TRUE(doc.KindUsed(SkinSide::Receive, 0));
-    EXPECT_FALSE(editor.Surface().menuEnabled[1][0]);
-    EXPECT_EQ(editor.Surface().Label(TextField::ReceiveDate).rect, (RectF{0, 0, 0, 0}));
-    // Saving again writes the same values.
-    WriteSkinInformation(doc, Path("again.bsi"), platform);
-    EXPECT_EQ(ReadINI("Recieve Date", "Left", Path("again.bsi")), "-6135");
-    EXPECT_EQ(ReadINI("Recieve Date", "Top", Path("again.bsi")), "-765");
-    EXPECT_EQ(ReadINI("Send All", "Left", Path("again.bsi")), "100");
+    EXPECT_EQ(platform.messages.back().title, "Skin Load Error");
+    EXPECT_EQ(editor.Document().SkinName(), "Loose");
+    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Send), 0);
+    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Receive), kAreaKinds);
+    ExpectIdle();
 }
 
 TEST_F(LoadingTest, AreaValuesAreLenientAndEmptySectionsRestoreNothing) {
@@ -224,22 +225,6 @@ TEST_F(LoadingTest, ColourValuesAreStrictAndTheFailureKeepsWhatWasRestored) {
     EXPECT_EQ(MessageTitles(), (std::vector<std::string>{"Skin Load Error"}));
 }
 
-TEST_F(LoadingTest, UnreadablePictureFailsAfterTheSendSideWasCleared) {
-    const std::string package = CreatePackage();
-    Choose(package);
-    LoadSkin(editor, platform);
-    ASSERT_EQ(editor.Document().BoxCount(SkinSide::Send), kAreaKinds);
-
-    platform.picturesLoad = false;
-    Choose(WriteLooseSkin(Path("loose")));
-    LoadSkin(editor, platform);
-    EXPECT_EQ(platform.messages.back().title, "Skin Load Error");
-    EXPECT_EQ(editor.Document().SkinName(), "Loose");
-    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Send), 0);
-    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Receive), kAreaKinds);  // not reached
-    ExpectIdle();
-}
-
 TEST_F(LoadingTest, InvalidPackageChangesNothing) {
     MakeFullSkin();
     const SkinDocument before = editor.Document();
@@ -263,22 +248,19 @@ TEST_F(LoadingTest, InvalidPackageChangesNothing) {
     EXPECT_EQ(doc.BoxCount(SkinSide::Send), kAreaKinds);
 }
 
-TEST_F(LoadingTest, CapitalBszIsReadAsAnInformationFile) {
+TEST_F(LoadingTest, CancelledDialogIsSilentAndCapitalBszIsAnInformationFile) {
+    MakeFullSkin();
+    LoadSkin(editor, platform);
+    EXPECT_TRUE(platform.messages.empty());
+    ExpectIdle();
+    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Receive), kAreaKinds);
+
     Choose(WriteLooseSkin(Path("loose"), "SKIN.BSZ"));
     LoadSkin(editor, platform);
     EXPECT_EQ(platform.messages.back().text, kLoadedText);
     EXPECT_EQ(editor.Document().SkinName(), "Loose");
     EXPECT_EQ(platform.picturesShown.front().second, Path("loose") + "/s.bmp");
     EXPECT_TRUE(fs::is_empty(platform.tempFolder));  // nothing was unpacked
-}
-
-TEST_F(LoadingTest, CancelledDialogIsSilentAndChangesNothing) {
-    MakeFullSkin();
-    LoadSkin(editor, platform);
-    EXPECT_TRUE(platform.messages.empty());
-    ExpectIdle();
-    EXPECT_EQ(editor.Document().SkinName(), "My Skin");
-    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Receive), kAreaKinds);
 }
 
 TEST_F(LoadingTest, RestoreObjectAreaReplaysOneArea) {

@@ -83,10 +83,8 @@ TEST_F(CreationTest, SuccessfulRunInOrderWithThePackageOnDisk) {
     ExpectIdle();
     EXPECT_GT(platform.pendingEventCalls, 0);
 
-    // The temporary skin folder and its information file are gone again.
     EXPECT_TRUE(fs::is_empty(platform.tempFolder));
-    // The package: root folder named by the skin name as typed, the pictures byte for byte,
-    // the information file named by the skin name without blanks.
+    // Root folder named by the skin name as typed, information file by the name without blanks.
     const std::string unpacked = Unpack(Path("out/MYSKIN01.bsz"), Path("check/"));
     EXPECT_EQ(fs::path(unpacked).parent_path().filename(), "My Skin");
     EXPECT_EQ(Bytes(unpacked + "send.bmp"), PictureBytes(1));
@@ -95,17 +93,9 @@ TEST_F(CreationTest, SuccessfulRunInOrderWithThePackageOnDisk) {
     EXPECT_EQ(ReadINI("Global", "Skin Author", unpacked + "MySkin.bsi"), "Ada Designer");
     EXPECT_EQ(ReadINI("Recieve OK", "Width", unpacked + "MySkin.bsi"), "435");
 
-    // No to "Create Another?" keeps the skin; creating again asks about the existing package.
+    // No to "Create Another?" kept the skin; Yes makes the editor anew.
     EXPECT_EQ(editor.Document().SkinName(), "My Skin");
     EXPECT_TRUE(editor.Document().KindUsed(SkinSide::Receive, 7));
-    platform.messageAnswers.push_back(MessageAnswer::No);
-    Choose(Path("out/MYSKIN01.bsz"));
-    CreateSkinPackage(editor, platform);
-    EXPECT_EQ(platform.messages.back().text, "The file you have specified already exists.\r\nOverwrite?");
-}
-
-TEST_F(CreationTest, CreateAnotherYesMakesTheEditorAnew) {
-    MakeFullSkin();
     ASSERT_NE(editor.Surface().currentSelection.kind, Selection::Kind::None);
     Choose(Path("out/SKIN.bsz"));
     platform.messageAnswers.push_back(MessageAnswer::Yes);
@@ -152,11 +142,10 @@ TEST_F(CreationTest, FileTitleRulesShowTheDialogAgain) {
     platform.messageAnswers.push_back(MessageAnswer::No);
     CreateSkinPackage(editor, platform);
     EXPECT_EQ(platform.messages.back().text, kSuccessText);
-}
 
-TEST_F(CreationTest, CancelledDialogEndsSilently) {
-    MakeFullSkin();
-    Choose(Path("out/TOOLONGNAME.bsz"));  // 15 characters: refused, then the dialog is cancelled
+    // Refused, then the dialog is cancelled: nothing more is said or left.
+    platform.messages.clear();
+    Choose(Path("out/TOOLONGNAME.bsz"));
     CreateSkinPackage(editor, platform);
     EXPECT_EQ(MessageTitles(), (std::vector<std::string>{"Package Name Alert"}));
     ExpectIdle();
@@ -167,7 +156,7 @@ TEST_F(CreationTest, OverwriteQuestion) {
     MakeFullSkin();
     PutBytes(Path("out/OLD.bsz"), "an older package");
 
-    // No: nothing written, the window usable again.
+    // No: nothing written, the window usable again; Yes replaces the old file.
     platform.log.clear();
     Choose(Path("out/OLD.bsz"));
     platform.messageAnswers.push_back(MessageAnswer::No);
@@ -180,7 +169,6 @@ TEST_F(CreationTest, OverwriteQuestion) {
     EXPECT_TRUE(fs::is_empty(platform.tempFolder));
     ExpectIdle();
 
-    // Yes: the old file is replaced, not appended to.
     Choose(Path("out/OLD.bsz"));
     platform.messageAnswers.push_back(MessageAnswer::Yes);
     platform.messageAnswers.push_back(MessageAnswer::No);
@@ -216,8 +204,7 @@ TEST_F(CreationTest, PackingFailureIsNeverReportedAsSuccess) {
     EXPECT_EQ(MessageTitles(), (std::vector<std::string>{"Script Creation Error"}));
     EXPECT_FALSE(fs::exists(Path("out/SKIN.bsz")));
     ExpectIdle();
-    // The failure path cleans nothing up: the information file stays for a look.
-    EXPECT_TRUE(fs::exists(StampFolder() + "/MySkin.bsi"));
+    EXPECT_TRUE(fs::exists(StampFolder() + "/MySkin.bsi"));  // left for a look
     EXPECT_EQ(editor.Document().SkinName(), "My Skin");
 }
 
@@ -228,7 +215,6 @@ TEST_F(CreationTest, SkinNameThatIsNoPlainFileNameFailsWithoutWritingAnywhere) {
     EXPECT_EQ(MessageTitles(), (std::vector<std::string>{"Script Creation Error"}));
     EXPECT_FALSE(fs::exists(Path("Escape.bsi")));
     EXPECT_FALSE(fs::exists(Path("out/SKIN.bsz")));
-    ExpectIdle();
 }
 
 #ifdef BSZTOOL_PATH

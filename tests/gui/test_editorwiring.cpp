@@ -181,23 +181,14 @@ private slots:
         QCOMPARE(widget("lblSendMessage")->y(), 426);  // still below the surface
         QCOMPARE(editor().Document().Area(SkinSide::Receive, 2), (AreaRect{6285, 915, 1500, 450}));
         QCOMPARE(currentSelection(), QStringLiteral("Receive Message"));
-        }
 
-    void aPressOnABoxOrLabelSelectsItAndDrawsNothing()
-    {
-        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
-        drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea7");
-        QCOMPARE(currentSelection(), QStringLiteral("Send Options"));
-
-        QLabel* label = widget("lblSendUsers");
+        // A press on a label or a box selects it and draws nothing.
         QTest::mouseClick(label, Qt::LeftButton, {}, {50, 30});
         QCOMPARE(currentSelection(), QStringLiteral("Send User List"));
-
-        QLabel* box = widget("imgObjectBox1");
         QTest::mousePress(box, Qt::LeftButton, {}, {10, 10});
         QTest::mouseMove(box, {40, 40});
         QTest::mouseRelease(box, Qt::LeftButton, {}, {40, 40});
-        QCOMPARE(currentSelection(), QStringLiteral("Send Options"));
+        QCOMPARE(currentSelection(), QStringLiteral("Send All"));
         QCOMPARE(editor().Document().BoxCount(SkinSide::Send), 2);
         QVERIFY(window->findChild<QLabel*>(QStringLiteral("imgObjectBox2")) == nullptr ||
                 !widget("imgObjectBox2")->isVisible());
@@ -245,7 +236,7 @@ private slots:
         QVERIFY(editor().Document().PictureFileName(SkinSide::Receive).empty());
     }
 
-    void arrowsNudgeTheLabelAndItsRectangle()
+    void arrowsNudgeAndRepeatOnTheLabelAndItsRectangle()
     {
         drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
         QLabel* label = widget("lblSendUsers");
@@ -268,11 +259,8 @@ private slots:
         for (int step = 0; step < 3; ++step) QTest::mouseClick(button("imgArrMove3"), Qt::LeftButton);
         QCOMPARE(editor().Document().Area(SkinSide::Send, 0), (AreaRect{615, 1215, 1500, 930}));
         QCOMPARE(label->geometry(), QRect(41, 81, 100, 62));
-    }
 
-    void holdingAnArrowRepeatsTheStep()
-    {
-        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
+        QTest::mouseClick(button("imgLock"), Qt::LeftButton);  // holding an arrow repeats the step
         FaceButton* down = button("imgArrMove3");
         QTest::mousePress(down, Qt::LeftButton);
         QTRY_VERIFY(editor().Document().Area(SkinSide::Send, 0).Top >= 1215 + 30);

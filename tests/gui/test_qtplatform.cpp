@@ -1,9 +1,8 @@
 // The Qt side of Platform: dialogs and message boxes driven as a designer would, the name
-// menus, busy indications, picture loading into the frames, timers and pointers.
+// menus, busy indications, timers and pointers. Pictures and colours: see the wiring tests.
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QColorDialog>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -83,7 +82,7 @@ private slots:
     {
         QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("send skin.bmp"));
-        QVERIFY(writeImage(path, QSize(4, 4)));
+        QVERIFY(QImage(4, 4, QImage::Format_RGB32).save(path, "BMP"));
         QString selectedFilter, title;
         AnswerModal<QFileDialog>([&](QFileDialog* dialog) {
             selectedFilter = dialog->selectedNameFilter();
@@ -119,14 +118,6 @@ private slots:
         QCOMPARE(choice->title, std::string("MySkin.bsz"));
     }
 
-    void colourDialogStartsOnTheGivenColour()
-    {
-        AnswerModal<QDialog>([](QDialog* modal) { modal->accept(); });
-        QCOMPARE(platform().ChooseColour(0x00336699), std::optional<skin::OleColour>(0x00336699));
-        AnswerModal<QDialog>([](QDialog* modal) { modal->reject(); });
-        QVERIFY(!platform().ChooseColour(0).has_value());
-    }
-
     void nameMenusOfferTheKindsOfTheirSide()
     {
         auto* parentMenu = window->findChild<QMenu*>(QStringLiteral("mnuObjectName"));
@@ -140,18 +131,10 @@ private slots:
         QCOMPARE(captions, (QStringList{"Date", "Sender", "Message", "Okay", "Yes", "No", "Reply", "Close", "-", "Cancel"}));
         QCOMPARE(receive->actions().last()->objectName(), QStringLiteral("mnuRCancel"));
 
+        // Choices and a dismissed menu reach the editor in the wiring tests; Cancel is no choice.
         std::array<bool, skin::kAreaKinds> enabled{};
         enabled.fill(true);
-        enabled[0] = false;
-        bool firstDisabled = false;
-        AnswerMenu(QStringLiteral("mnuSObjectArea6"), [&](QMenu* menu) {
-            firstDisabled = !menu->findChild<QAction*>(QStringLiteral("mnuSObjectArea0"))->isEnabled();
-        });
-        QCOMPARE(platform().ShowNameMenu(skin::SkinSide::Send, enabled), std::optional<skin::AreaKind>(6));
-        QVERIFY(firstDisabled);
         AnswerMenu(QStringLiteral("mnuRCancel"));
-        QVERIFY(!platform().ShowNameMenu(skin::SkinSide::Receive, enabled).has_value());
-        AnswerMenu(QString());
         QVERIFY(!platform().ShowNameMenu(skin::SkinSide::Receive, enabled).has_value());
     }
 
@@ -187,26 +170,6 @@ private slots:
         QCOMPARE(window->cursor().shape(), Qt::ArrowCursor);
     }
 
-    void picturesStretchIntoTheirFrame()
-    {
-        QTemporaryDir folder;
-        const QString picture = folder.filePath(QStringLiteral("receive.gif.png"));
-        QVERIFY(writeImage(picture, QSize(100, 100)));
-        auto* frame = window->findChild<QLabel*>(QStringLiteral("imgRecieve"));
-        QVERIFY(platform().LoadPicture(skin::SkinSide::Receive, picture.toStdString()));
-        QCOMPARE(frame->pixmap().deviceIndependentSize().toSize(), QSize(362, 219));
-        QCOMPARE(frame->size(), QSize(362, 219));
-        const qint64 shown = frame->pixmap().cacheKey();
-
-        const QString text = folder.filePath(QStringLiteral("notes.txt"));
-        QFile file(text);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("not a picture") > 0);
-        file.close();
-        QVERIFY(!platform().LoadPicture(skin::SkinSide::Receive, text.toStdString()));
-        QVERIFY(!platform().LoadPicture(skin::SkinSide::Receive, folder.filePath("missing.bmp").toStdString()));
-        QCOMPARE(frame->pixmap().cacheKey(), shown);
-    }
-
     void timersClockAndTemporaryFolder()
     {
         std::vector<skin::EditorTimer> ticks;
@@ -232,13 +195,6 @@ private slots:
 
 private:
     QtPlatform& platform() { return window->qtPlatform(); }
-
-    static bool writeImage(const QString& path, QSize size)
-    {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::darkCyan);
-        return image.save(path, path.endsWith(QLatin1String(".bmp")) ? "BMP" : "PNG");
-    }
 
     std::unique_ptr<FrmSkinCreator> window;
 };

@@ -131,6 +131,15 @@ protected:
         EXPECT_FALSE(platform.creatingPanel);
         EXPECT_FALSE(platform.loadingPanel);
     }
+    void ExpectMessage(std::size_t i, const std::string& text, const std::string& title, MessageIcon icon,
+                       MessageButtons buttons) const {
+        ASSERT_LT(i, platform.messages.size()) << text;
+        const FakePlatform::Message& m = platform.messages[i];
+        EXPECT_EQ(m.text, text);
+        EXPECT_EQ(m.title, title) << text;
+        EXPECT_EQ(m.icon, icon) << text;
+        EXPECT_EQ(m.buttons, buttons) << text;
+    }
     std::vector<std::string> MessageTitles() const {
         std::vector<std::string> titles;
         for (const auto& m : platform.messages) titles.push_back(m.title);

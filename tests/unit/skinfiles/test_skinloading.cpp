@@ -74,9 +74,7 @@ TEST_F(LoadingTest, PackageMadeByCreationComesBackWhole) {
     EXPECT_EQ(platform.openDialogs[0].flags, 4);
     EXPECT_EQ(platform.openDialogs[0].filterIndex, 1);
     ASSERT_EQ(platform.messages.size(), 1u);
-    EXPECT_EQ(platform.messages[0].text, kLoadedText);
-    EXPECT_EQ(platform.messages[0].title, "Brindleway - Skin Framewright");
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::Information);
+    ExpectMessage(0, kLoadedText, "Brindleway - Skin Framewright", MessageIcon::Information, MessageButtons::Ok);
 
     // Unpacked into the time-stamped folder; pictures shown from there, Send first.
     const std::string folder = StampFolder() + "/";
@@ -203,9 +201,7 @@ TEST_F(LoadingTest, ColourValuesAreStrictAndTheFailureKeepsWhatWasRestored) {
     LoadSkin(editor, platform);
 
     ASSERT_EQ(platform.messages.size(), 1u);
-    EXPECT_EQ(platform.messages[0].text, kLoadErrorText);
-    EXPECT_EQ(platform.messages[0].title, "Skin Load Error");
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::Exclamation);
+    ExpectMessage(0, kLoadErrorText, "Skin Load Error", MessageIcon::Exclamation, MessageButtons::Ok);
     EXPECT_EQ(Log(platform.log.end() - 4, platform.log.end()),
               (Log{"hourglass off", "picLoading hidden", "input on", "message Skin Load Error"}));
     ExpectIdle();
@@ -234,9 +230,8 @@ TEST_F(LoadingTest, InvalidPackageChangesNothing) {
     LoadSkin(editor, platform);
 
     ASSERT_EQ(platform.messages.size(), 1u);
-    EXPECT_EQ(platform.messages[0].text, "Invalid Skin Package File.\r\nCannot load Skin Information.");
-    EXPECT_EQ(platform.messages[0].title, "Brindleway - Skin Framewright");
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::Exclamation);
+    ExpectMessage(0, "Invalid Skin Package File.\r\nCannot load Skin Information.", "Brindleway - Skin Framewright",
+                  MessageIcon::Exclamation, MessageButtons::Ok);
     EXPECT_EQ(platform.log, (Log{"open dialog", "hourglass on", "input off", "picLoading shown",
                                  "message Brindleway - Skin Framewright", "hourglass off", "picLoading hidden",
                                  "input on"}));

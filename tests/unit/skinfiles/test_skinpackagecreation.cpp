@@ -15,6 +15,7 @@ namespace {
 using Log = std::vector<std::string>;
 
 const std::string kSuccessText = "Brindleway Skin Package Created Successfully!\r\n\r\nCreate Another?";
+const std::string kNoPicturesText = "You must create both the Send and Receive skin before creating the skin package.";
 const std::string kFailureText = "An Error occured while creating the script file.\r\nVerify your settings and try again.";
 
 class CreationTest : public SkinFilesTest {
@@ -34,21 +35,16 @@ protected:
 TEST_F(CreationTest, ChecksRunInTheirOrderPictureNameAuthor) {
     CreateSkinPackage(editor, platform);  // everything missing: only the picture message
     ASSERT_EQ(platform.messages.size(), 1u);
-    EXPECT_EQ(platform.messages[0].text,
-              "You must create both the Send and Receive skin before creating the skin package.");
-    EXPECT_EQ(platform.messages[0].title, "Package Creation Error");
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::Information);
-    EXPECT_EQ(platform.messages[0].buttons, MessageButtons::Ok);
+    ExpectMessage(0, kNoPicturesText, "Package Creation Error", MessageIcon::Information, MessageButtons::Ok);
 
     editor.Document().SetPicture(SkinSide::Send, "s.bmp", "/x/s.bmp");  // one picture is not enough
     CreateSkinPackage(editor, platform);
-    EXPECT_EQ(platform.messages.back().text,
-              "You must create both the Send and Receive skin before creating the skin package.");
+    EXPECT_EQ(platform.messages.back().text, kNoPicturesText);
 
     editor.Document().SetPicture(SkinSide::Receive, "r.bmp", "/x/r.bmp");
     CreateSkinPackage(editor, platform);
-    EXPECT_EQ(platform.messages.back().text, "You must specify a skin name.");
-    EXPECT_EQ(platform.messages.back().title, "Package Creation Error");
+    ExpectMessage(2, "You must specify a skin name.", "Package Creation Error", MessageIcon::Information,
+                  MessageButtons::Ok);
     EXPECT_EQ(platform.log.back(), "focus txtSkinName");
 
     editor.Document().SetSkinName(" ");  // blanks only is a name
@@ -77,9 +73,7 @@ TEST_F(CreationTest, SuccessfulRunInOrderWithThePackageOnDisk) {
     EXPECT_EQ(platform.log, (Log{"save dialog", "hourglass on", "input off", "picCreating shown", "hourglass off",
                                  "input on", "picCreating hidden", "message Ostervale Skin Fwt."}));
     ASSERT_EQ(platform.messages.size(), 1u);
-    EXPECT_EQ(platform.messages[0].text, kSuccessText);
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::Exclamation);
-    EXPECT_EQ(platform.messages[0].buttons, MessageButtons::YesNo);
+    ExpectMessage(0, kSuccessText, "Ostervale Skin Fwt.", MessageIcon::Exclamation, MessageButtons::YesNo);
     ExpectIdle();
     EXPECT_GT(platform.pendingEventCalls, 0);
 
@@ -122,13 +116,10 @@ TEST_F(CreationTest, FileTitleRulesShowTheDialogAgain) {
 
     EXPECT_EQ(platform.saveDialogs.size(), 3u);
     ASSERT_EQ(platform.messages.size(), 3u);
-    EXPECT_EQ(platform.messages[0].text,
-              "The package file name must be a maximum of 8 characters.\r\nPlease specify a smaller name.");
-    EXPECT_EQ(platform.messages[0].title, "Package Name Alert");
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::Information);
-    EXPECT_EQ(platform.messages[1].text,
-              "The package file name must not contain any spaces.\r\nPlease remove all spaces from the name.");
-    EXPECT_EQ(platform.messages[1].title, "Package Name Alert");
+    ExpectMessage(0, "The package file name must be a maximum of 8 characters.\r\nPlease specify a smaller name.",
+                  "Package Name Alert", MessageIcon::Information, MessageButtons::Ok);
+    ExpectMessage(1, "The package file name must not contain any spaces.\r\nPlease remove all spaces from the name.",
+                  "Package Name Alert", MessageIcon::Information, MessageButtons::Ok);
     EXPECT_EQ(platform.messages[2].text, kSuccessText);
     // The refusals come before the busy state.
     EXPECT_EQ(Log(platform.log.begin(), platform.log.begin() + 5),
@@ -163,8 +154,8 @@ TEST_F(CreationTest, OverwriteQuestion) {
     CreateSkinPackage(editor, platform);
     EXPECT_EQ(platform.log, (Log{"save dialog", "hourglass on", "input off", "picCreating shown",
                                  "message Ostervale Skin Fwt.", "hourglass off", "input on", "picCreating hidden"}));
-    EXPECT_EQ(platform.messages.back().icon, MessageIcon::Question);
-    EXPECT_EQ(platform.messages.back().buttons, MessageButtons::YesNo);
+    ExpectMessage(platform.messages.size() - 1, "The file you have specified already exists.\r\nOverwrite?",
+                  "Ostervale Skin Fwt.", MessageIcon::Question, MessageButtons::YesNo);
     EXPECT_EQ(Bytes(Path("out/OLD.bsz")), "an older package");
     EXPECT_TRUE(fs::is_empty(platform.tempFolder));
     ExpectIdle();
@@ -186,9 +177,7 @@ TEST_F(CreationTest, FolderLeftByAFailedRunInTheSameSecondFails) {
     CreateSkinPackage(editor, platform);  // Yes to the overwrite question by default
 
     ASSERT_EQ(MessageTitles(), (std::vector<std::string>{"Ostervale Skin Fwt.", "Script Creation Error"}));
-    EXPECT_EQ(platform.messages[1].text, kFailureText);
-    EXPECT_EQ(platform.messages[1].icon, MessageIcon::Information);
-    EXPECT_EQ(platform.messages[1].buttons, MessageButtons::Ok);
+    ExpectMessage(1, kFailureText, "Script Creation Error", MessageIcon::Information, MessageButtons::Ok);
     EXPECT_EQ(Log(platform.log.end() - 4, platform.log.end()),
               (Log{"hourglass off", "input on", "picCreating hidden", "message Script Creation Error"}));
     ExpectIdle();

@@ -86,6 +86,15 @@ private:
         return initial;
     }
 
+    // Answers the next message box with OK and keeps its title.
+    void answerOk(QString* title)
+    {
+        AnswerModal<QMessageBox>([title](QMessageBox* box) {
+            *title = box->windowTitle();
+            box->button(QMessageBox::Ok)->click();
+        });
+    }
+
     void chooseFile(const QString& path)
     {
         AnswerModal<QFileDialog>([path](QFileDialog* dialog) { AcceptFile(dialog, path); });
@@ -194,7 +203,7 @@ private slots:
                 !widget("imgObjectBox2")->isVisible());
     }
 
-    void picturesLoadThroughTheFileDialogAndFillTheirFrame()
+    void picturesLoadIntoTheirFrameAndANewStartEmptiesThem()
     {
         const QString path = writePicture(QStringLiteral("half.bmp"), "BMP");
         QStringList filters;
@@ -221,10 +230,7 @@ private slots:
         text.close();
         chooseFile(text.fileName());
         QString title;
-        AnswerModal<QMessageBox>([&title](QMessageBox* box) {
-            title = box->windowTitle();
-            box->button(QMessageBox::Ok)->click();
-        });
+        answerOk(&title);
         QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
         QCOMPARE(title, QStringLiteral("Picture Load Error"));
         QCOMPARE(QColor(frame->pixmap().toImage().pixel(20, 20)), QColor(Qt::red));
@@ -234,6 +240,19 @@ private slots:
         QTest::mouseClick(button("imgReceiveLoad"), Qt::LeftButton);
         QVERIFY(widget("imgRecieve")->pixmap().isNull());
         QVERIFY(editor().Document().PictureFileName(SkinSide::Receive).empty());
+
+        // A new start empties the frames and hides every box.
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea4");
+        drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea5");
+        QVERIFY(widget("imgObjectBox1")->isVisible());
+        editor().ResetEditor();  // what "Create Another?" answered Yes does
+        QVERIFY(frame->pixmap().isNull());
+        QVERIFY(!widget("imgObjectBox0")->isVisible());
+        QVERIFY(!widget("imgObjectBox1")->isVisible());
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection:"));
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea4");
+        QVERIFY(widget("imgObjectBox0")->isVisible());
+        QVERIFY(!widget("imgObjectBox1")->isVisible());
     }
 
     void arrowsNudgeAndRepeatOnTheLabelAndItsRectangle()
@@ -295,7 +314,7 @@ private slots:
         QCOMPARE(messages, 2);
     }
 
-    void labelsShowTheDocumentColours()
+    void labelsShowTheDocumentColoursAndThePickerSwapsThem()
     {
         const QPalette app = QGuiApplication::palette();
         QLabel* date = widget("lblReceiveDate");
@@ -320,26 +339,20 @@ private slots:
         QCOMPARE(users->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
         pickColour(QColor());
         QCOMPARE(widget("picPreView")->palette().color(QPalette::Window), QColor(0xAB, 0xCD, 0xEF));
-    }
 
-    void thePickerSwapsLabelsForTheirBoxesWhileHeld()
-    {
-        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea1");
-        QLabel* label = widget("lblSendMessage");
+        // The picker swaps labels for their boxes while it is held.
         QLabel* box = widget("imgObjectBox0");
         FaceButton* picker = button("imgPicker");
         QTest::mousePress(picker, Qt::RightButton);
         QCOMPARE(picker->face(), QStringLiteral("Eye_ON"));
-        QVERIFY(!label->isVisible());
-        QVERIFY(box->isVisible());
-        QCOMPARE(box->geometry(), label->geometry());
+        QVERIFY(!users->isVisible() && box->isVisible());
+        QCOMPARE(box->geometry(), users->geometry());
         QTest::mouseRelease(picker, Qt::RightButton);
         QCOMPARE(picker->face(), QStringLiteral("Eye_OFF"));
-        QVERIFY(label->isVisible());
-        QVERIFY(!box->isVisible());
+        QVERIFY(users->isVisible() && !box->isVisible());
     }
 
-    void resetAndNewStartEmptyTheSurface()
+    void resetParksTheSideAndStartsItsBoxesAgain()
     {
         drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
         drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea3");
@@ -353,23 +366,6 @@ private slots:
         QTest::mousePress(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
         QVERIFY(widget("imgObjectBox0")->isVisible());
         QTest::mouseRelease(widget("imgSend"), Qt::LeftButton, {}, {30, 30});
-
-        // A new start empties the frames and hides every box.
-        chooseFile(writePicture(QStringLiteral("start.bmp"), "BMP"));
-        QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
-        QVERIFY(!widget("imgSend")->pixmap().isNull());
-        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea4");
-        drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea5");
-        QVERIFY(widget("imgObjectBox1")->isVisible());
-
-        editor().ResetEditor();  // what "Create Another?" answered Yes does
-        QVERIFY(widget("imgSend")->pixmap().isNull());
-        QVERIFY(!widget("imgObjectBox0")->isVisible());
-        QVERIFY(!widget("imgObjectBox1")->isVisible());
-        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection:"));
-        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea4");
-        QVERIFY(widget("imgObjectBox0")->isVisible());
-        QVERIFY(!widget("imgObjectBox1")->isVisible());
     }
 
     void nameAndAuthorFollowTheDocument()
@@ -395,10 +391,7 @@ private slots:
         QCOMPARE(filters.value(0), QStringLiteral("Brindleway Skin Files (*.bsz *.bsi)"));
 
         QString title;
-        AnswerModal<QMessageBox>([&title](QMessageBox* box) {
-            title = box->windowTitle();
-            box->button(QMessageBox::Ok)->click();
-        });
+        answerOk(&title);
         QTest::mouseClick(button("cmdCreateSkinPackage"), Qt::LeftButton);
         QCOMPARE(title, QStringLiteral("Package Creation Error"));
     }

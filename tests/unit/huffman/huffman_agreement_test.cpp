@@ -41,18 +41,14 @@ TEST(HuffmanAgreement, EncoderMatchesTheLiteralEncoder) {
             ASSERT_EQ(HuffmanEncode(input, force), literal::Encode(input, force))
                 << "round " << round << " size " << input.size() << " force " << force;
     }
-}
-
-TEST(HuffmanAgreement, EncoderMatchesOnTieHeavyCounts) {
     // Counts in small equal groups tie constantly; the insertion rule alone orders them.
-    std::mt19937 rng(BaseSeed() + 1);
     for (int round = 0; round < 200; ++round) {
         std::string input;
         const int symbols = std::uniform_int_distribution<int>(1, 60)(rng);
         for (int s = 0; s < symbols; ++s)
             input.append(static_cast<std::size_t>(1 + rng() % 4) * (1 + s % 3), static_cast<char>(rng()));
         std::shuffle(input.begin(), input.end(), rng);
-        ASSERT_EQ(HuffmanEncode(input, true), literal::Encode(input, true)) << "round " << round;
+        ASSERT_EQ(HuffmanEncode(input, true), literal::Encode(input, true)) << "tie round " << round;
     }
 }
 
@@ -91,10 +87,14 @@ TEST(HuffmanAgreement, DecoderMatchesTheLiteralDecoder) {
     const unsigned seed = BaseSeed() + 2;
     SCOPED_TRACE(seed);
     std::mt19937 rng(seed);
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 4500; ++round) {
         std::string stream;
-        if (round % 2 == 0) {
+        if (round % 3 == 0) {
             stream = HuffmanEncode(RandomInput(rng), rng() % 2 == 0);
+        } else if (round % 3 == 1) {
+            // Arbitrary bytes after a plausible header.
+            stream = "HE2\r" + std::to_string(rng() % 40) + "\r" + RandomBytes(rng, rng() % 40, 256) +
+                     std::to_string(rng() % 300) + "\r" + RandomBytes(rng, rng() % 60, 256);
         } else {
             const CodeBook book = RandomBook(rng);
             std::string data(std::uniform_int_distribution<std::size_t>(0, 6000)(rng), '\0');
@@ -103,8 +103,7 @@ TEST(HuffmanAgreement, DecoderMatchesTheLiteralDecoder) {
             for (auto& c : data) c = static_cast<char>(symbols[rng() % symbols.size()]);
             stream = HandStream(book, data);
         }
-        const int mutations = static_cast<int>(rng() % 3);
-        for (int m = 0; m < mutations; ++m) stream = Mutate(stream, rng);
+        for (int m = static_cast<int>(rng() % 3); m > 0; --m) stream = Mutate(stream, rng);
         ASSERT_TRUE(SameResult(HuffmanDecode(stream), literal::Decode(stream))) << "round " << round;
     }
 }
@@ -132,22 +131,10 @@ TEST(HuffmanAgreement, DecoderMatchesOnLongStreams) {
         for (int m = 0; m < 3; ++m) {
             std::string changed = stream;
             const std::size_t at = std::uniform_int_distribution<std::size_t>(stream.size() / 3, stream.size() - 1)(rng);
-            if (m == 2) {
-                changed.resize(at);
-            } else {
-                changed[at] = static_cast<char>(changed[at] ^ (1 << (rng() % 8)));
-            }
+            if (m == 2) changed.resize(at);
+            else changed[at] = static_cast<char>(changed[at] ^ (1 << (rng() % 8)));
             ASSERT_TRUE(SameResult(HuffmanDecode(changed), literal::Decode(changed))) << "round " << round << " change " << m;
         }
-    }
-}
-
-TEST(HuffmanAgreement, DecoderMatchesOnArbitraryBytesAfterAHeader) {
-    std::mt19937 rng(BaseSeed() + 3);
-    for (int round = 0; round < 2000; ++round) {
-        std::string stream = "HE2\r" + std::to_string(rng() % 40) + "\r" + RandomBytes(rng, rng() % 40, 256) +
-                             std::to_string(rng() % 300) + "\r" + RandomBytes(rng, rng() % 60, 256);
-        ASSERT_TRUE(SameResult(HuffmanDecode(stream), literal::Decode(stream))) << "round " << round;
     }
 }
 

@@ -22,26 +22,39 @@ inline std::string Bytes(std::initializer_list<int> values) {
     return out;
 }
 
+// The worked streams: "AAAA" and "abracadabra" forced to HE2.
+inline const std::string kFourA = Bytes({0x48, 0x45, 0x32, 0x0D, 0x33, 0x0D, 0x41, 0x01, 0x01, 0x00, 0x34, 0x0D, 0x0F});
+inline const std::string kAbracadabra =
+    Bytes({0x48, 0x45, 0x32, 0x0D, 0x31, 0x35, 0x0D, 0x61, 0x01, 0x00, 0x62, 0x03, 0x03, 0x63, 0x03,
+           0x01, 0x64, 0x03, 0x05, 0x72, 0x03, 0x07, 0x66, 0x31, 0x31, 0x0D, 0x76, 0x51, 0x3B});
+
 // "ok" for a decoded string, else the error's description.
 inline std::string Outcome(const std::variant<std::string, CodecError>& result) {
     if (std::holds_alternative<std::string>(result)) return "ok";
     return std::get<CodecError>(result).description;
 }
 
+inline std::string ErrorText(const CodecError& e) {
+    return std::to_string(e.number) + " " + e.source + " " + e.description;
+}
+
+// Same decoded bytes, or the same error number, source and description.
 inline ::testing::AssertionResult SameResult(const std::variant<std::string, CodecError>& actual,
                                              const std::variant<std::string, CodecError>& expected) {
-    if (actual.index() != expected.index())
-        return ::testing::AssertionFailure() << "got " << Outcome(actual) << ", expected " << Outcome(expected);
-    if (const auto* text = std::get_if<std::string>(&actual)) {
-        if (*text != std::get<std::string>(expected)) return ::testing::AssertionFailure() << "decoded bytes differ";
-        return ::testing::AssertionSuccess();
-    }
-    const auto& a = std::get<CodecError>(actual);
-    const auto& e = std::get<CodecError>(expected);
-    if (a.number != e.number || a.source != e.source || a.description != e.description)
-        return ::testing::AssertionFailure() << "error " << a.number << " " << a.source << " " << a.description
-                                             << " expected " << e.number << " " << e.source << " " << e.description;
-    return ::testing::AssertionSuccess();
+    const auto* text = std::get_if<std::string>(&actual);
+    const auto* want = std::get_if<std::string>(&expected);
+    if (text && want) return *text == *want ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "bytes differ";
+    const std::string a = text ? "ok" : ErrorText(std::get<CodecError>(actual));
+    const std::string e = want ? "ok" : ErrorText(std::get<CodecError>(expected));
+    if (a == e) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "got " << a << ", expected " << e;
+}
+
+// Decodes `stream` and expects exactly `data` back.
+inline void ExpectDecodes(const std::string& stream, const std::string& data) {
+    const auto result = HuffmanDecode(stream);
+    ASSERT_TRUE(std::holds_alternative<std::string>(result)) << Outcome(result);
+    EXPECT_TRUE(std::get<std::string>(result) == data) << "size " << data.size();
 }
 
 // Code bits as a string of '0' and '1', first bit nearest the root.

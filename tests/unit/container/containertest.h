@@ -53,11 +53,13 @@ inline std::string HandPackage(const std::string& root, const std::string& body,
     return header + "\r\n<ROOTFOLDER>" + root + "</ROOTFOLDER>\r\n" + body + "<ENDSKINPACKAGE></ENDSKINPACKAGE>";
 }
 
-// One file record holding `content` in the stored HE0 form.
+// One file record holding `coded` as it is; StoredFileRecord holds `content` in the HE0 form.
+inline std::string FileRecord(const std::string& name, const std::string& coded, const std::string& length = "") {
+    return "<FILE>" + name + "</FILE>\r\n<FILELENGTH>" + (length.empty() ? std::to_string(coded.size()) : length) +
+           "</FILELENGTH>\r\n" + coded + "\r\n<ENDFILE>" + name + "</ENDFILE>\r\n";
+}
 inline std::string StoredFileRecord(const std::string& name, const std::string& content) {
-    const std::string coded = "HE0\r" + content;
-    return "<FILE>" + name + "</FILE>\r\n<FILELENGTH>" + std::to_string(coded.size()) + "</FILELENGTH>\r\n" +
-           coded + "\r\n<ENDFILE>" + name + "</ENDFILE>\r\n";
+    return FileRecord(name, "HE0\r" + content);
 }
 
 // Each test works in its own folder under the system temporary folder.
@@ -85,6 +87,13 @@ protected:
     BwZip FixedZip() const {
         BwZip zip;
         zip.SetClock([] { return kFixedClock; });
+        return zip;
+    }
+    // A package at `out` of the given paths (relative to the test folder), on the fixed clock.
+    BwZip Pack(const std::string& root, const std::string& out, const std::vector<std::string>& paths) {
+        BwZip zip = FixedZip();
+        for (const auto& rel : paths) zip.AddFileFolder(Str(rel));
+        EXPECT_EQ(zip.Zip(root, Str(out)), Str(out)) << zip.LastError();
         return zip;
     }
 

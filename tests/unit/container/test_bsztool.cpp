@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include "containertest.h"
 
@@ -17,60 +18,41 @@ struct ToolRun {
     std::string err;
 };
 
-// Appends `arg` to a shell command in single quotes.
-void AppendQuoted(std::string& command, const std::string& arg) {
-    command += " '";
-    for (char c : arg) {
-        if (c == '\'') {
-            command += "'\\''";
-        } else {
-            command += c;
-        }
-    }
-    command += '\'';
+// `arg` in single quotes for the shell.
+std::string Quoted(const std::string& arg) {
+    std::string out = " '";
+    for (char c : arg) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return out + "'";
 }
 
 // A skin information file with every section and key, optionally leaving one key out.
 std::string SkinInformation(const std::string& leaveOut = "") {
     std::string text = "[Global]\r\n";
     for (const char* key : {"Skin Name", "Skin Author", "Skin Send Image", "Skin Recieve Image", "Skin Creation Time",
-                            "Skin Creation Date"}) {
+                            "Skin Creation Date"})
         text += std::string(key) + "=v\r\n";
-    }
     auto section = [&](const std::string& name, std::initializer_list<const char*> keys) {
         text += "\r\n[" + name + "]\r\n";
-        for (const char* key : keys) {
+        for (const char* key : keys)
             if (name + "/" + key != leaveOut) text += std::string(key) + "=1\r\n";
-        }
     };
     section("Send Colours", {"Message Back Colour", "Message Text Colour", "User List Back Colour", "User List Text Colour"});
-    for (const char* kind : {"User List", "Message", "All", "None", "Cut", "Send", "Close", "Options"}) {
+    for (const char* kind : {"User List", "Message", "All", "None", "Cut", "Send", "Close", "Options"})
         section(std::string("Send ") + kind, {"Left", "Top", "Width", "Height"});
-    }
     section("Recieve Colours", {"Message Back Colour", "Message Text Colour", "Date Text Colour", "Sender Text Colour"});
-    for (const char* kind : {"Date", "Sender", "Message", "OK", "Yes", "No", "Reply", "Close"}) {
+    for (const char* kind : {"Date", "Sender", "Message", "OK", "Yes", "No", "Reply", "Close"})
         section(std::string("Recieve ") + kind, {"Left", "Top", "Width", "Height"});
-    }
     return text;
 }
 
 class BsztoolTest : public ContainerTest {
 protected:
     ToolRun Bsztool(const std::vector<std::string>& args) {
-        std::string command = "cd";
-        AppendQuoted(command, dir_.string());
-        command += " &&";
-        AppendQuoted(command, BSZTOOL_PATH);
-        for (const auto& arg : args) AppendQuoted(command, arg);
-        command += " >";
-        AppendQuoted(command, Str("stdout.txt"));
-        command += " 2>";
-        AppendQuoted(command, Str("stderr.txt"));
+        std::string command = "cd" + Quoted(dir_.string()) + " &&" + Quoted(BSZTOOL_PATH);
+        for (const auto& arg : args) command += Quoted(arg);
+        command += " >" + Quoted(Str("stdout.txt")) + " 2>" + Quoted(Str("stderr.txt"));
         const int raw = std::system(command.c_str());
-        ToolRun run;
-        run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-        run.out = ReadBytes(Path("stdout.txt"));
-        run.err = ReadBytes(Path("stderr.txt"));
+        ToolRun run{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadBytes(Path("stdout.txt")), ReadBytes(Path("stderr.txt"))};
         fs::remove(Path("stdout.txt"));
         fs::remove(Path("stderr.txt"));
         return run;
@@ -171,15 +153,13 @@ TEST_F(BsztoolTest, UsageHelpAndUnreadableFiles) {
         EXPECT_EQ(run.status, 0) << help.front();
         EXPECT_NE(run.out.find("usage: bsztool"), std::string::npos);
     }
-    EXPECT_EQ(Bsztool({}).status, 2);
-    EXPECT_EQ(Bsztool({"frobnicate"}).status, 2);
-    EXPECT_EQ(Bsztool({"pack", "only.bsz"}).status, 2);
-    EXPECT_EQ(Bsztool({"list", "--bogus", "x.bsz"}).status, 2);
-    EXPECT_EQ(Bsztool({"list", "absent.bsz"}).status, 2);
-    EXPECT_EQ(Bsztool({"he2", "decode", "absent", "out"}).status, 2);
     WriteBytes(Path("junk.bsz"), "not a package at all");
-    EXPECT_EQ(Bsztool({"list", "junk.bsz"}).status, 1);
-    EXPECT_EQ(Bsztool({"unpack", "junk.bsz"}).status, 1);
+    const std::pair<std::vector<std::string>, int> failures[] = {
+        {{}, 2}, {{"frobnicate"}, 2}, {{"pack", "only.bsz"}, 2}, {{"list", "--bogus", "x.bsz"}, 2},
+        {{"list", "absent.bsz"}, 2}, {{"he2", "decode", "absent", "out"}, 2}, {{"list", "junk.bsz"}, 1},
+        {{"unpack", "junk.bsz"}, 1},
+    };
+    for (const auto& [args, status] : failures) EXPECT_EQ(Bsztool(args).status, status) << ::testing::PrintToString(args);
 }
 
 }  // namespace

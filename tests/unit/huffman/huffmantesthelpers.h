@@ -60,30 +60,25 @@ inline void ExpectDecodes(const std::string& stream, const std::string& data) {
 // Code bits as a string of '0' and '1', first bit nearest the root.
 using CodeBook = std::map<unsigned char, std::string>;
 
-inline std::string PackCode(const std::string& bits) {
-    std::string field(1, static_cast<char>(bits.size()));
-    for (std::size_t i = 0; i < bits.size(); ++i) {
-        if (i % 8 == 0) field.push_back('\0');
-        if (bits[i] == '1') field.back() = static_cast<char>(field.back() | (1 << (i % 8)));
-    }
-    return field;
+// Bits packed first bit lowest, as code fields and payloads hold them.
+inline std::string PackBits(const std::string& bits) {
+    std::string out((bits.size() + 7) / 8, '\0');
+    for (std::size_t i = 0; i < bits.size(); ++i)
+        if (bits[i] == '1') out[i / 8] = static_cast<char>(out[i / 8] | (1 << (i % 8)));
+    return out;
 }
 
 // An HE2 stream of `data` under any code book (which must hold a code for every byte of it).
 inline std::string HandStream(const CodeBook& book, const std::string& data) {
-    std::string table;
-    for (const auto& [symbol, bits] : book) table += static_cast<char>(symbol) + PackCode(bits);
+    std::string table, bits;
+    for (const auto& [symbol, code] : book) table += std::string{static_cast<char>(symbol), static_cast<char>(code.size())} + PackBits(code);
     unsigned checksum = 0;
-    std::string bits;
     for (unsigned char b : data) {
         checksum ^= b;
         bits += book.at(b);
     }
-    std::string payload((bits.size() + 7) / 8, '\0');
-    for (std::size_t j = 0; j < bits.size(); ++j)
-        if (bits[j] == '1') payload[j / 8] = static_cast<char>(payload[j / 8] | (1 << (j % 8)));
     return "HE2\r" + std::to_string(table.size()) + "\r" + table + static_cast<char>(checksum) +
-           std::to_string(data.size()) + "\r" + payload;
+           std::to_string(data.size()) + "\r" + PackBits(bits);
 }
 
 inline std::string RandomBytes(std::mt19937& rng, std::size_t size, int alphabet) {

@@ -127,28 +127,29 @@ TEST_F(BsztoolTest, He2DecodeFailurePrintsTheDescriptionAndWritesNothing) {
     EXPECT_EQ(shorter.err, "Expecting more bytes in data stream\n");
     EXPECT_FALSE(fs::exists(Path("never.txt")));
 
+    // Short input is stored unless forced.
     WriteBytes(Path("abc.txt"), "abc");
     ASSERT_EQ(Bsztool({"he2", "encode", "abc.txt", "plain.he"}).status, 0);
-    EXPECT_EQ(ReadBytes(Path("plain.he")), "HE0\rabc");
     ASSERT_EQ(Bsztool({"he2", "encode", "--force", "abc.txt", "forced.he"}).status, 0);
-    EXPECT_EQ(ReadBytes(Path("forced.he")).substr(0, 4), "HE2\r");
+    EXPECT_EQ(ReadBytes(Path("plain.he")), "HE0\rabc");
+    EXPECT_TRUE(ReadBytes(Path("forced.he")).starts_with("HE2\r"));
 }
 
 TEST_F(BsztoolTest, UsageHelpAndUnreadableFiles) {
-    for (const auto& help : std::vector<std::vector<std::string>>{
-             {"--help"}, {"pack", "--help"}, {"unpack", "--help"}, {"list", "--help"}, {"verify", "--help"},
-             {"he2", "--help"}, {"he2", "encode", "--help"}, {"he2", "decode", "--help"}}) {
-        const ToolRun run = Bsztool(help);
-        EXPECT_EQ(run.status, 0) << help.front();
-        EXPECT_NE(run.out.find("usage: bsztool"), std::string::npos);
-    }
     WriteBytes(Path("junk.bsz"), "not a package at all");
-    const std::pair<std::vector<std::string>, int> failures[] = {
+    // Status 0 is a help run, which prints the usage.
+    const std::pair<std::vector<std::string>, int> runs[] = {
+        {{"--help"}, 0}, {{"pack", "--help"}, 0}, {{"unpack", "--help"}, 0}, {{"list", "--help"}, 0},
+        {{"verify", "--help"}, 0}, {{"he2", "--help"}, 0}, {{"he2", "encode", "--help"}, 0}, {{"he2", "decode", "--help"}, 0},
         {{}, 2}, {{"frobnicate"}, 2}, {{"pack", "only.bsz"}, 2}, {{"list", "--bogus", "x.bsz"}, 2},
         {{"list", "absent.bsz"}, 2}, {{"he2", "decode", "absent", "out"}, 2}, {{"list", "junk.bsz"}, 1},
         {{"unpack", "junk.bsz"}, 1},
     };
-    for (const auto& [args, status] : failures) EXPECT_EQ(Bsztool(args).status, status) << ::testing::PrintToString(args);
+    for (const auto& [args, status] : runs) {
+        const ToolRun run = Bsztool(args);
+        EXPECT_EQ(run.status, status) << ::testing::PrintToString(args);
+        EXPECT_TRUE(status != 0 || run.out.find("usage: bsztool") != std::string::npos) << ::testing::PrintToString(args);
+    }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
-// Shared helpers of the widget tests: answering the modal dialog or pop-up menu that an action
-// is about to open, and naming the window's elements.
+// Helpers of the widget tests: answering the modal dialog or pop-up menu an action is about to
+// open, and finding the window's elements by name.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -16,17 +16,15 @@
 
 namespace skin::testing {
 
-constexpr int kGiveUpMs = 5000;
-
-// Polls the event loop (also the nested loop of a modal exec or a menu) until `act` reports
-// that it handled what it waited for; gives up after a while so a missing dialog fails the test.
+// Polls the event loop (also a modal exec's or a menu's nested loop) until `act` reports that it
+// handled what it waited for; gives up after 5 s, so a missing dialog fails the test.
 inline void WhenReady(std::function<bool()> act)
 {
     auto* poll = new QTimer(qApp);
     auto started = std::make_shared<QElapsedTimer>();
     started->start();
     QObject::connect(poll, &QTimer::timeout, poll, [poll, act, started] {
-        if (act() || started->elapsed() > kGiveUpMs) {
+        if (act() || started->elapsed() > 5000) {
             poll->stop();
             poll->deleteLater();
         }
@@ -34,7 +32,6 @@ inline void WhenReady(std::function<bool()> act)
     poll->start(10);
 }
 
-// Runs `act` on the next open modal widget of type Dialog.
 template <typename Dialog = QWidget>
 void AnswerModal(std::type_identity_t<std::function<void(Dialog*)>> act)
 {
@@ -46,31 +43,23 @@ void AnswerModal(std::type_identity_t<std::function<void(Dialog*)>> act)
     });
 }
 
-// The next open pop-up menu picks the named item with the keyboard, as the designer would; an
-// empty name dismisses it. `check` may look at the menu first.
+// The next pop-up menu picks the named item with the keyboard; an empty name dismisses it.
 inline void AnswerMenu(const QString& itemName, std::function<void(QMenu*)> check = {})
 {
     WhenReady([itemName, check] {
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         if (menu == nullptr) return false;
         if (check) check(menu);
-        if (itemName.isEmpty()) {
-            QTest::keyClick(menu, Qt::Key_Escape);
-        } else {
-            menu->setActiveAction(menu->findChild<QAction*>(itemName));
-            QTest::keyClick(menu, Qt::Key_Return);
-        }
+        if (!itemName.isEmpty()) menu->setActiveAction(menu->findChild<QAction*>(itemName));
+        QTest::keyClick(menu, itemName.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
         return !menu->isVisible();
     });
 }
 
-// selectFile leaves the name field alone once it has the focus, so the path goes into the
-// field itself, as typed.
+// selectFile leaves a focused name field alone, so the path is typed into the field itself.
 inline void AcceptFile(QFileDialog* dialog, const QString& path)
 {
-    auto* field = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    QVERIFY(field != nullptr);
-    field->setText(path);
+    dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
     QMetaObject::invokeMethod(dialog, "accept");
 }
 

@@ -1,5 +1,5 @@
-// The help window: one instance from the options list, its frame, place, texts and footer,
-// the close button and the drag areas.
+// The help window: one instance from the options list, its frame, place, texts and footer, the
+// close button and the drag areas.
 
 #include <QComboBox>
 #include <QLabel>
@@ -16,16 +16,29 @@
 
 using skin::FaceButton;
 using skin::FrmHelp;
-using skin::FrmSkinCreator;
 using skin::testing::Child;
 
 class HelpWindowTest : public QObject {
     Q_OBJECT
 
+    skin::testing::FakePlatform fake;
+    std::unique_ptr<skin::FrmSkinCreator> window;
+
+    FrmHelp* chooseHelp()
+    {
+        QComboBox* list = window->options();
+        QTest::keyClick(list, Qt::Key_Shift);
+        list->setCurrentIndex(1);
+        emit list->activated(1);
+        QCoreApplication::processEvents();
+        return window->helpWindow();
+    }
+    static QString footerOf(FrmHelp* help) { return Child<QLabel>(help, "lblFooter")->text(); }
+
 private slots:
     void init()
     {
-        window = std::make_unique<FrmSkinCreator>();
+        window = std::make_unique<skin::FrmSkinCreator>();
         window->setPlatform(&fake);
         window->move(200, 150);
         window->show();
@@ -35,12 +48,11 @@ private slots:
 
     void opensOnceClosesAndReopensRebuilt()
     {
-        chooseHelp();
-        QPointer<FrmHelp> help = window->helpWindow();
+        QPointer<FrmHelp> help = chooseHelp();
         QVERIFY(help != nullptr && help->isVisible());
-        chooseHelp();  // shown again: the same window, brought forward
-        QCOMPARE(helpWindows(), 1);
-        QCOMPARE(window->helpWindow(), help.data());
+        QCOMPARE(chooseHelp(), help.data());  // shown again: the same window, brought forward
+        const QWidgetList all = QApplication::topLevelWidgets();
+        QCOMPARE(std::count_if(all.begin(), all.end(), [](QWidget* w) { return qobject_cast<FrmHelp*>(w); }), 1);
         QCOMPARE(help->objectName(), QStringLiteral("frmHelp"));
         QCOMPARE(help->size(), QSize(680, 272));
         QCOMPARE(help->windowHandle()->transientParent(), window->windowHandle());
@@ -51,10 +63,9 @@ private slots:
         const QPoint startPlace = window->pos() + QPoint((792 - 680) / 2, (409 - 272) / 2);  // centred over it
         QCOMPARE(help->pos(), startPlace);
         QVERIFY(footerOf(help).contains(QStringLiteral("Ostervale")));
-        QVERIFY(footerOf(help).endsWith(QStringLiteral(" Version ") + QStringLiteral(SKIN_EXPECTED_VERSION)));
+        QVERIFY(footerOf(help).endsWith(QStringLiteral(" Version " SKIN_EXPECTED_VERSION)));
 
-        // Usable while the main window is busy.
-        window->qtPlatform().SetMainWindowInput(false);
+        window->qtPlatform().SetMainWindowInput(false);  // usable while the main window is busy
         QVERIFY(!window->isEnabled() && help->isEnabled());
         window->qtPlatform().SetMainWindowInput(true);
 
@@ -62,61 +73,46 @@ private slots:
         auto* close = Child<FaceButton>(help, "imgClose");
         QCOMPARE(close->toolTip(), QStringLiteral("Close Brindleway Skin Fwt"));
         QTest::mousePress(close, Qt::LeftButton, {}, QPoint(4, 4));
-        QCOMPARE(close->face(), QStringLiteral("Close_OFF"));  // no member of the face family
+        QCOMPARE(close->face(), QStringLiteral("Close_OFF"));  // no face swap here
         QTest::mouseRelease(close, Qt::LeftButton, {}, QPoint(4, 4));
         QTRY_VERIFY(help.isNull());
         QVERIFY(window->helpWindow() == nullptr);
 
-        chooseHelp();
-        help = window->helpWindow();
+        help = chooseHelp();
         QVERIFY(help != nullptr && help->isVisible());
         QCOMPARE(help->pos(), startPlace);
-        QVERIFY(footerOf(help).endsWith(QStringLiteral(" Version ") + QStringLiteral(SKIN_EXPECTED_VERSION)));
+        QVERIFY(footerOf(help).endsWith(QStringLiteral(" Version " SKIN_EXPECTED_VERSION)));
         window.reset();  // and goes with the main window
         QVERIFY(help.isNull());
     }
 
-    void stepTexts_data()
+    void textsAndButtonCopies()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QPoint>("at");  // in window pixels
-        QTest::newRow("step 1") << "Step 1" << QPoint(5, 31);
-        QTest::newRow("text 1") << "Click the load button located under the Send Skin window and find your send skin "
-                                   "picture file."
-                                << QPoint(74, 31);
-        QTest::newRow("text 4") << "Upon release of the mouse button a menu will appear  allowing you to specify which "
-                                   "object you have created. "
-                                << QPoint(74, 143);
-        QTest::newRow("text 5") << "Repeat steps 3 & 4 for the receive skin." << QPoint(74, 180);
-        QTest::newRow("step 6") << "Step 6" << QPoint(5, 210);
-        QTest::newRow("step 7") << "Step 7" << QPoint(352 + 6, 31);
-        QTest::newRow("text 7") << "For each object repeat:" << QPoint(352 + 54, 31);
-        QTest::newRow("note 7") << "*Some objects only require a font color." << QPoint(352 + 92, 180);
-        QTest::newRow("step 8") << "Step 8" << QPoint(352 + 6, 211);
-        QTest::newRow("text 8") << "Enter the skin name and author then click the create skin package button."
-                                << QPoint(352 + 111, 209);
-    }
-    void stepTexts()
-    {
-        QFETCH(QString, text);
-        QFETCH(QPoint, at);
-        chooseHelp();
-        FrmHelp* help = window->helpWindow();
-        QLabel* found = nullptr;
-        for (QLabel* label : help->findChildren<QLabel*>()) {
-            if (label->text() == text) found = label;
+        FrmHelp* help = chooseHelp();
+        const struct { const char* text; QPoint at; } texts[] = {  // in window pixels
+            {"Step 1", {5, 31}},
+            {"Click the load button located under the Send Skin window and find your send skin picture file.", {74, 31}},
+            {"Upon release of the mouse button a menu will appear  allowing you to specify which object you have "
+             "created. ", {74, 143}},
+            {"Repeat steps 3 & 4 for the receive skin.", {74, 180}},
+            {"Step 6", {5, 210}},
+            {"Step 7", {352 + 6, 31}},
+            {"For each object repeat:", {352 + 54, 31}},
+            {"*Some objects only require a font color.", {352 + 92, 180}},
+            {"Step 8", {352 + 6, 211}},
+            {"Enter the skin name and author then click the create skin package button.", {352 + 111, 209}},
+        };
+        for (const auto& [text, at] : texts) {
+            const QList<QLabel*> labels = help->findChildren<QLabel*>();
+            const auto found = std::find_if(labels.begin(), labels.end(),
+                                            [text](QLabel* label) { return label->text() == QString::fromUtf8(text); });
+            QVERIFY2(found != labels.end(), text);
+            QCOMPARE((*found)->mapTo(help, QPoint(0, 0)), at);
+            QCOMPARE((*found)->palette().color(QPalette::WindowText), QColor(0xE0, 0xE0, 0xE0));
+            QCOMPARE((*found)->font().bold(), QByteArray(text).startsWith("Step "));
+            QCOMPARE((*found)->font().pointSizeF(), 8.25);
         }
-        QVERIFY2(found != nullptr, qPrintable(text));
-        QCOMPARE(found->mapTo(help, QPoint(0, 0)), at);
-        QCOMPARE(found->palette().color(QPalette::WindowText), QColor(0xE0, 0xE0, 0xE0));
-        QCOMPARE(found->font().bold(), text.startsWith(QStringLiteral("Step ")));
-        QCOMPARE(found->font().pointSizeF(), 8.25);
-    }
 
-    void buttonCopiesCarryFacesAndTooltips()
-    {
-        chooseHelp();
-        FrmHelp* help = window->helpWindow();
         const struct { const char* name; QPoint at; const char* face; const char* tip; } copies[] = {
             {"imgHelpLoad", {51, 34}, "Load_OFF", nullptr},
             {"imgHelpArrow0", {56, 212}, "Left_OFF", "Arrow Left - Move Current Object Left OR Decrease Object Width"},
@@ -135,47 +131,23 @@ private slots:
         }
     }
 
-    void dragAreasMoveWithLeftButtonOnly_data()
-    {
-        QTest::addColumn<int>("area");
-        for (int i = 0; i < 4; ++i) QTest::addRow("imgMove%d", i) << i;
-    }
+    // Each of the four strips drags the window with the left button only.
     void dragAreasMoveWithLeftButtonOnly()
     {
-        QFETCH(int, area);
-        chooseHelp();
-        FrmHelp* help = window->helpWindow();
-        auto* mover = help->findChild<QWidget*>(QStringLiteral("imgMove") + QString::number(area));
-        QVERIFY(mover != nullptr);
-        const QPoint start = help->pos();
-        const QPoint inside(30, 8);
-        for (Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
-            QTest::mousePress(mover, button, Qt::AltModifier, inside);
-            QTest::mouseMove(mover, inside + QPoint(-25, 15));
-            QTest::mouseRelease(mover, button, {}, inside + QPoint(-25, 15));
+        FrmHelp* help = chooseHelp();
+        for (int area = 0; area < 4; ++area) {
+            auto* mover = help->findChild<QWidget*>(QStringLiteral("imgMove%1").arg(area));
+            QVERIFY(mover != nullptr);
+            const QPoint start = help->pos();
+            const QPoint inside(30, 8);
+            for (Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
+                QTest::mousePress(mover, button, Qt::AltModifier, inside);
+                QTest::mouseMove(mover, inside + QPoint(-25, 15));
+                QTest::mouseRelease(mover, button, {}, inside + QPoint(-25, 15));
+            }
+            QTRY_COMPARE(help->pos(), start + QPoint(-25, 15));  // the right drag moved nothing
         }
-        QTRY_COMPARE(help->pos(), start + QPoint(-25, 15));  // the right drag moved nothing
     }
-
-private:
-    void chooseHelp()
-    {
-        QComboBox* list = window->options();
-        QTest::keyClick(list, Qt::Key_Shift);
-        if (list->currentIndex() != 1) list->setCurrentIndex(1);
-        emit list->activated(1);
-        QCoreApplication::processEvents();
-    }
-    static int helpWindows()
-    {
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        return static_cast<int>(std::count_if(windows.begin(), windows.end(),
-                                              [](QWidget* w) { return qobject_cast<FrmHelp*>(w) != nullptr; }));
-    }
-    static QString footerOf(FrmHelp* help) { return help->findChild<QLabel*>(QStringLiteral("lblFooter"))->text(); }
-
-    skin::testing::FakePlatform fake;
-    std::unique_ptr<FrmSkinCreator> window;
 };
 
 QTEST_MAIN(HelpWindowTest)

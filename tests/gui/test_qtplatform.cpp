@@ -70,12 +70,12 @@ private slots:
         QCOMPARE(shownTitle, QStringLiteral("Skin Load Error"));
         QCOMPARE(shownIcon, QMessageBox::Warning);
 
-        AnswerModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });  // the first button is default
-        QCOMPARE(platform().ShowMessage("Again?", "t", skin::MessageIcon::Question, skin::MessageButtons::YesNo),
-                 skin::MessageAnswer::Yes);
-        AnswerModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });
-        QCOMPARE(platform().ShowMessage("Done", "t", skin::MessageIcon::Information, skin::MessageButtons::Ok),
-                 skin::MessageAnswer::Ok);
+        // Return takes the default button: Yes of Yes/No, or Ok.
+        for (auto [buttons, expected] : {std::pair{skin::MessageButtons::YesNo, skin::MessageAnswer::Yes},
+                                         std::pair{skin::MessageButtons::Ok, skin::MessageAnswer::Ok}}) {
+            AnswerModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });
+            QCOMPARE(platform().ShowMessage("Again?", "t", skin::MessageIcon::Question, buttons), expected);
+        }
     }
 
     void openDialogReturnsPathAndTitle()
@@ -131,7 +131,7 @@ private slots:
         QCOMPARE(captions, (QStringList{"Date", "Sender", "Message", "Okay", "Yes", "No", "Reply", "Close", "-", "Cancel"}));
         QCOMPARE(receive->actions().last()->objectName(), QStringLiteral("mnuRCancel"));
 
-        // Choices and a dismissed menu reach the editor in the wiring tests; Cancel is no choice.
+        // Cancel is no choice.
         std::array<bool, skin::kAreaKinds> enabled{};
         enabled.fill(true);
         AnswerMenu(QStringLiteral("mnuRCancel"));

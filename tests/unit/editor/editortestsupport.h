@@ -1,6 +1,5 @@
 #pragma once
-// Shared set-up for the editor core tests: an editor on the scripted fake platform, a view
-// that keeps every surface it was shown, and helpers that drive the mouse as the shell does.
+// An editor on the scripted fake platform, with a view that keeps every surface it was shown.
 
 #include <gtest/gtest.h>
 
@@ -11,6 +10,9 @@
 #include "fakeplatform.h"
 
 namespace skin::testing {
+
+constexpr SkinSide Send = SkinSide::Send;
+constexpr SkinSide Receive = SkinSide::Receive;
 
 class RecordingView : public SurfaceView {
 public:
@@ -36,18 +38,8 @@ protected:
         editor.ExtendArea(side, x1, y1);
         editor.EndArea(side, x1, y1);
     }
-    // Draws and names an area at a picture-relative rectangle.
     void drawArea(SkinSide side, AreaKind kind, float x, float y, float w, float h) {
         drag(side, x, y, x + w, y + h, kind);
-    }
-    // Replays an area the way skin loading does: no size test, no menu.
-    void replayArea(SkinSide side, AreaKind kind, float x, float y, float w, float h) {
-        editor.BeginArea(side, x, y);
-        editor.ExtendArea(side, x + w, y + h);
-        editor.BringBoxToFront(side, doc().BoxCount(side));
-        editor.SetAreaNamed(side, false);
-        editor.NameArea(side, kind);
-        editor.CloseArea(side);
     }
 };
 

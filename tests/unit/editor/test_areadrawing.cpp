@@ -4,193 +4,86 @@
 namespace skin::testing {
 namespace {
 
-constexpr SkinSide Send = SkinSide::Send;
-constexpr SkinSide Receive = SkinSide::Receive;
-
-
-TEST_F(EditorTest, SizeFortyFiveTwipsEachWayOpensTheMenuFortyFourEitherWayOrAClickDiscards) {
-    drag(Send, 100, 200, 144, 245, 2);
-    drag(Send, 100, 200, 145, 244, 2);
-    editor.BeginArea(Send, 300, 300);
-    EXPECT_TRUE(box(Send, 0).visible);  // the growing box is what the designer sees
-    editor.EndArea(Send, 300, 300);
-    EXPECT_TRUE(platform.menusShown.empty());
-    EXPECT_EQ(doc().BoxCount(Send), 0);
-    EXPECT_FALSE(box(Send, 0).visible);
-    EXPECT_FALSE(doc().KindUsed(Send, 2));
-    drag(Send, 100, 200, 145, 245, std::nullopt);
-    EXPECT_EQ(platform.menusShown.size(), 1u);
-    EXPECT_EQ(doc().BoxCount(Send), 1);
+TEST_F(EditorTest, ReleaseMustLie45TwipsRightOfAndBelowTheRoundedPress) {
+    struct Row { float x0, y0, x1, y1; bool opens; };
+    const Row rows[] = {
+        {100, 200, 145, 245, true},  {100, 200, 144, 245, false}, {100, 200, 145, 244, false},
+        {300, 300, 300, 300, false}, {500, 500, 400, 450, false},  // a click, a drag up and left
+        {1237.5f, 200, 1282.5f, 245, false},  // the press rounds to 1238, halves to even
+        {1236.5f, 200, 1281.5f, 245, true},   // and to 1236
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(::testing::Message() << r.x0 << ',' << r.y0 << " to " << r.x1 << ',' << r.y1);
+        const std::size_t menus = platform.menusShown.size();
+        const int n = doc().BoxCount(Send);
+        drag(Send, r.x0, r.y0, r.x1, r.y1, std::nullopt);
+        EXPECT_EQ(platform.menusShown.size() - menus, r.opens ? 1u : 0u);
+        EXPECT_EQ(doc().BoxCount(Send), n + (r.opens ? 1 : 0));  // a small drag reuses its box
+        EXPECT_FALSE(box(Send, n).visible);
+    }
 }
 
-TEST_F(EditorTest, SizeTestUsesTheReleasePointNotTheClippedBox) {
-    // Start 20 twips inside the right edge: the box is pinned narrow, yet the release passes.
-    const float right = PictureFrame(Send).Width;
-    editor.BeginArea(Send, right - 20, 100);
-    editor.ExtendArea(Send, right + 100, 200);
-    editor.ExtendArea(Send, right + 200, 200);
+TEST_F(EditorTest, GrowingBoxIsPinnedAtTheFarEdgesOneMovementLateAndNeverTurnsOver) {
+    editor.BeginArea(Send, 5300, 3700);   // box at 5585, 4465; the picture ends at 5715, 4635
+    editor.ExtendArea(Send, 5500, 3900);  // the edges were inside before this movement: overshoot
+    EXPECT_TRUE(box(Send, 0).visible);
+    EXPECT_EQ(box(Send, 0).rect, (RectF{5585, 4465, 200, 200}));
+    editor.ExtendArea(Send, 5600, 4000);
+    EXPECT_EQ(box(Send, 0).rect, (RectF{5585, 4465, 130, 170}));
+    editor.ExtendArea(Send, 5320, 3650);  // above the press: the height stays
+    EXPECT_EQ(box(Send, 0).rect, (RectF{5585, 4465, 20, 170}));
+    // The size test looks at the release point, not at the narrow box.
     platform.menuAnswers.push_back(3);
-    editor.EndArea(Send, right + 200, 200);
-    ASSERT_EQ(platform.menusShown.size(), 1u);
-    EXPECT_EQ(doc().Area(Send, 3).Width, 20);
+    editor.EndArea(Send, 5600, 4000);
+    EXPECT_EQ(doc().Area(Send, 3), (AreaRect{5585, 4465, 20, 170}));
 }
 
-
-TEST_F(EditorTest, ExtendRightAndBottomEdgesArePinnedOneMovementLate) {
-    const RectF pic = PictureFrame(Send);  // right edge at 5715
-    editor.BeginArea(Send, 5300, 100);     // box Left 5585
-    editor.ExtendArea(Send, 5420, 150);
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Width, 120);
-    editor.ExtendArea(Send, 5500, 150);  // the edge before this step was inside: overshoot
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Width, 200);
-    editor.ExtendArea(Send, 5600, 150);  // now pinned onto the edge
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Left + box(Send, 0).rect.Width, pic.Left + pic.Width);
-    editor.ExtendArea(Send, 5350, 150);  // back inside follows the pointer
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Width, 50);
-
-    const RectF rpic = PictureFrame(Receive);  // bottom at 765 + 3285
-    editor.BeginArea(Receive, 100, 3200);
-    editor.ExtendArea(Receive, 200, 3400);
-    EXPECT_FLOAT_EQ(box(Receive, 0).rect.Height, 200);
-    editor.ExtendArea(Receive, 200, 3500);
-    EXPECT_FLOAT_EQ(box(Receive, 0).rect.Top + box(Receive, 0).rect.Height, rpic.Top + rpic.Height);
-}
-
-TEST_F(EditorTest, ExtendNeverTurnsOverAndEndsHiddenWhenDraggedBack) {
-    editor.BeginArea(Send, 500, 500);
-    editor.ExtendArea(Send, 600, 650);
-    editor.ExtendArea(Send, 400, 450);  // left of and above the anchor
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Width, 100);
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Height, 150);
-    EXPECT_FLOAT_EQ(box(Send, 0).rect.Left, 785);
-    editor.EndArea(Send, 400, 450);
-    EXPECT_FALSE(box(Send, 0).visible);
-    EXPECT_EQ(doc().BoxCount(Send), 0);
-}
-
-TEST_F(EditorTest, ExtendGrowingBoxIsOnScreenWhenTheMenuOpens) {
-    editor.BeginArea(Send, 100, 100);
-    editor.ExtendArea(Send, 300, 400);
-    view.shown.clear();
-    editor.EndArea(Send, 300, 400);  // dismissed
-    ASSERT_FALSE(view.shown.empty());
-    const BoxElement& shownAtMenu = view.shown.front().Boxes(Send)[0];
-    EXPECT_TRUE(shownAtMenu.visible);
-    EXPECT_FLOAT_EQ(shownAtMenu.rect.Width, 200);
-    EXPECT_FALSE(box(Send, 0).visible);
-}
-
-
-TEST_F(EditorTest, MenuCancelledMenuUsesUpTheBoxIndex) {
-    drag(Send, 100, 100, 300, 300, std::nullopt);
-    EXPECT_FALSE(box(Send, 0).visible);
-    EXPECT_EQ(doc().BoxCount(Send), 1);
-    drag(Send, 400, 400, 600, 600, 4);
-    ASSERT_EQ(surface().Boxes(Send).size(), 2u);
-    EXPECT_TRUE(box(Send, 1).visible);
-    EXPECT_EQ(box(Send, 1).tag, "Send Cut");
-    EXPECT_TRUE(box(Send, 0).tag.empty());
-    EXPECT_EQ(doc().BoxCount(Send), 2);
-}
-
-TEST_F(EditorTest, MenuMenuOffersOnlyTheFreeKindsOfItsSide) {
+TEST_F(EditorTest, NameMenuOffersTheSidesFreeKindsAndACancelUsesUpTheBox) {
     drawArea(Receive, 3, 100, 100, 200, 200);
-    drawArea(Receive, 0, 100, 400, 200, 200);
-    drag(Send, 100, 100, 300, 300, std::nullopt);
-    ASSERT_EQ(platform.menusShown.size(), 3u);
-    EXPECT_EQ(platform.log[1], "name menu Receive");
-    const auto& receiveMenu = platform.menusShown[1];
-    EXPECT_FALSE(receiveMenu[3]);
-    for (int k : {0, 1, 2, 4, 5, 6, 7}) EXPECT_TRUE(receiveMenu[k]) << k;
-    EXPECT_FALSE(surface().menuEnabled[1][0]);
-    for (bool enabled : platform.menusShown[2]) EXPECT_TRUE(enabled);
+    view.shown.clear();
+    drag(Receive, 100, 400, 300, 600, std::nullopt);
+    ASSERT_EQ(platform.menusShown.size(), 2u);
+    EXPECT_EQ(platform.log.back(), "name menu Receive");
+    for (bool enabled : platform.menusShown[0]) EXPECT_TRUE(enabled);
+    EXPECT_EQ(platform.menusShown[1], (std::array<bool, kAreaKinds>{true, true, true, false, true, true, true, true}));
+    // The grown box is on screen while the menu is open, then discarded.
+    ASSERT_GE(view.shown.size(), 2u);
+    EXPECT_TRUE(view.shown[view.shown.size() - 2].Boxes(Receive)[1].visible);
+    EXPECT_FALSE(box(Receive, 1).visible);
+    EXPECT_EQ(doc().BoxCount(Receive), 2);
+    EXPECT_EQ(surface().currentSelection, Selection::Box(Receive, 0));
+    drag(Send, 100, 100, 300, 300, std::nullopt);  // the other side's menu is its own
+    EXPECT_EQ(platform.menusShown[2], platform.menusShown[0]);
 }
 
-TEST_F(EditorTest, MenuStoredRectangleRoundsHalvesToEven) {
-    // Left 285 + 1237.5 = 1522.5, Top 765 + 758.5 = 1523.5.
-    drag(Send, 1237.5f, 758.5f, 1337.5f, 858.5f, 2);
-    EXPECT_EQ(surface().dragAnchor[0].X, 1238);
-    EXPECT_EQ(surface().dragAnchor[0].Y, 758);
-    // Width 1337.5 - 1238 = 99.5 and Height 858.5 - 758 = 100.5 both round to 100.
-    EXPECT_EQ(doc().Area(Send, 2), (AreaRect{1522, 1524, 100, 100}));
-}
-
-
-TEST_F(EditorTest, NamingTextFieldHidesTheBoxAndPlacesItsLabel) {
+TEST_F(EditorTest, NamingPlacesATextFieldsLabelOrKeepsAButtonBoxAndSelectsIt) {
     drag(Send, 100.25f, 200, 1100.25f, 500, 0);
-    const AreaRect r = doc().Area(Send, 0);
-    EXPECT_EQ(r, (AreaRect{385, 965, 1000, 300}));
-    EXPECT_TRUE(doc().KindUsed(Send, 0));
+    EXPECT_EQ(doc().Area(Send, 0), (AreaRect{385, 965, 1000, 300}));
     EXPECT_FALSE(box(Send, 0).visible);
     EXPECT_EQ(box(Send, 0).tag, "Send User List");
     EXPECT_EQ(surface().TextFieldBox(TextField::SendUsers), 0);
     EXPECT_EQ(label(TextField::SendUsers).rect, (RectF{385, 965, 1000, 300}));
     EXPECT_EQ(surface().currentSelection, Selection::Label(TextField::SendUsers));
     EXPECT_EQ(surface().currSelText, "Current Selection: Send User List");
-    EXPECT_FALSE(surface().menuEnabled[0][0]);
-    EXPECT_TRUE(surface().areaNamed[0]);
-}
 
-TEST_F(EditorTest, NamingButtonAreaStaysVisibleSelectedAndInFront) {
-    drawArea(Send, 1, 100, 100, 500, 300);
     drawArea(Send, 2, 100, 100, 300, 300);
     EXPECT_TRUE(box(Send, 1).visible);
     EXPECT_EQ(box(Send, 1).tag, "Send All");
-    EXPECT_EQ(surface().currSelText, "Current Selection: Send All");
     EXPECT_EQ(surface().currentSelection, Selection::Box(Send, 1));
-    EXPECT_GT(box(Send, 1).z, label(TextField::SendMessage).z);
-    EXPECT_GT(box(Send, 1).z, box(Send, 0).z);
-    EXPECT_EQ(surface().TextFieldBox(TextField::SendMessage), 0);
-    EXPECT_EQ(label(TextField::SendMessage).rect, (RectF{385, 865, 500, 300}));
-    // A message area goes to the label of its own side.
-    EXPECT_FLOAT_EQ(label(TextField::ReceiveMessage).rect.Top, LabelStartTop(TextField::ReceiveMessage));
-    drawArea(Receive, 2, 100, 100, 500, 300);
-    EXPECT_EQ(label(TextField::ReceiveMessage).rect, (RectF{6235, 865, 500, 300}));
-    EXPECT_EQ(label(TextField::SendMessage).rect, (RectF{385, 865, 500, 300}));
-}
+    EXPECT_EQ(surface().currSelText, "Current Selection: Send All");
 
-TEST_F(EditorTest, NamingClickOnBoxOrLabelSelectsItAndDiscardedDragsKeepIt) {
-    drawArea(Receive, 7, 100, 100, 300, 300);
-    drawArea(Receive, 1, 100, 600, 300, 300);
-    EXPECT_EQ(surface().currSelText, "Current Selection: Receive Sender");
-    editor.SelectBox(Receive, 0);
-    EXPECT_EQ(surface().currentSelection, Selection::Box(Receive, 0));
-    EXPECT_EQ(surface().currSelText, "Current Selection: Receive Close");
-    editor.SelectTextField(TextField::ReceiveDate);
-    EXPECT_EQ(surface().currSelText, "Current Selection: Receive Date");
-    // Discarded and cancelled drags keep the selection.
-    drag(Receive, 500, 500, 510, 510, std::nullopt);
-    drag(Receive, 500, 500, 700, 700, std::nullopt);
-    EXPECT_EQ(surface().currentSelection, Selection::Label(TextField::ReceiveDate));
-}
+    // A press on a shown box or label selects it without a drag.
+    editor.SelectTextField(TextField::SendUsers);
+    EXPECT_EQ(surface().currSelText, "Current Selection: Send User List");
+    editor.SelectBox(Send, 1);
+    EXPECT_EQ(surface().currentSelection, Selection::Box(Send, 1));
+    EXPECT_EQ(surface().currSelText, "Current Selection: Send All");
 
-TEST_F(EditorTest, NamingKindOutsideTheMenuIsRefused) {
     editor.BeginArea(Send, 100, 100);
     EXPECT_FALSE(editor.NameArea(Send, 8));
     EXPECT_FALSE(editor.NameArea(Send, -1));
-    EXPECT_FALSE(surface().areaNamed[0]);
-    for (int k = 0; k < kAreaKinds; ++k) EXPECT_FALSE(doc().KindUsed(Send, k));
-}
-
-
-TEST_F(EditorTest, ReplayLandsTheExactRectangleWithoutMenuOrSizeTest) {
-    replayArea(Send, 5, 715, 435, 300, 20);  // thinner than the size test allows
-    EXPECT_TRUE(platform.menusShown.empty());
-    EXPECT_EQ(doc().Area(Send, 5), (AreaRect{1000, 1200, 300, 20}));
-    EXPECT_TRUE(box(Send, 0).visible);
-    EXPECT_EQ(doc().BoxCount(Send), 1);
-    EXPECT_FALSE(surface().menuEnabled[0][5]);
-    EXPECT_EQ(surface().currSelText, "Current Selection: Send Send");
-    replayArea(Receive, 6, 5300, 100, 400, 100);  // 300 twips past the picture: restored whole
-    EXPECT_EQ(doc().Area(Receive, 6), (AreaRect{11435, 865, 400, 100}));
-}
-
-TEST_F(EditorTest, ReplayNeverDrawnTextFieldSitsAtTheSurfaceOrigin) {
-    replayArea(Receive, 0, -6135, -765, 0, 0);
-    EXPECT_EQ(doc().Area(Receive, 0), (AreaRect{0, 0, 0, 0}));
-    EXPECT_TRUE(doc().KindUsed(Receive, 0));
-    EXPECT_EQ(label(TextField::ReceiveDate).rect, (RectF{0, 0, 0, 0}));
-    EXPECT_FALSE(surface().menuEnabled[1][0]);
+    EXPECT_TRUE(box(Send, 2).tag.empty());
+    EXPECT_EQ(surface().currentSelection, Selection::Box(Send, 1));
 }
 
 }  // namespace

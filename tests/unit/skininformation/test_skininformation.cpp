@@ -1,12 +1,15 @@
-// Writing the skin information file: the sections, keys and values of the format in order,
-// the clock stamps, non-ASCII names, long names, and reading it back key by key.
+// The skin information file: every section and key in order, the clock stamps, a full
+// document read back key by key, and the conversions used when it is read and named.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <regex>
+#include <cmath>
+#include <limits>
+#include <optional>
 #include <string>
-#include <vector>
+#include <tuple>
+#include <utility>
 
 #include "fakeplatform.h"
 #include "ini.h"
@@ -21,12 +24,6 @@ using SkinInformationTest = testing::ScratchFolder;
 constexpr SkinSide kSend = SkinSide::Send;
 constexpr SkinSide kReceive = SkinSide::Receive;
 
-std::string Section(const std::string& name, const std::vector<std::string>& entries) {
-    std::string text = "[" + name + "]\r\n";
-    for (const std::string& entry : entries) text += entry + "\r\n";
-    return text;
-}
-
 TEST_F(SkinInformationTest, EmptyDocumentGivesAll19SectionsAnd78KeysInOrder) {
     testing::FakePlatform platform;
     platform.clock = {2026, 11, 18, 14, 6, 33};
@@ -34,44 +31,39 @@ TEST_F(SkinInformationTest, EmptyDocumentGivesAll19SectionsAnd78KeysInOrder) {
     WriteSkinInformation(SkinDocument{}, file, platform);
 
     const std::string light = "14737632", system = "-2147483640";
-    std::vector<std::string> sections = {
-        Section("Global", {"Skin Name=", "Skin Author=", "Skin Send Image=", "Skin Recieve Image=",
-                           "Skin Creation Time=02:06 PM", "Skin Creation Date=Nov-18-2026"}),
-        Section("Send Colours", {"Message Back Colour=" + light, "Message Text Colour=" + system,
-                                 "User List Back Colour=" + light, "User List Text Colour=" + system})};
-    for (const char* name : {"Send User List", "Send Message", "Send All", "Send None", "Send Cut", "Send Send",
-                             "Send Close", "Send Options"}) {
-        sections.push_back(Section(name, {"Left=-285", "Top=-765", "Width=0", "Height=0"}));
-    }
-    sections.push_back(Section("Recieve Colours", {"Message Back Colour=" + light, "Message Text Colour=" + system,
-                                                   "Date Text Colour=" + system, "Sender Text Colour=" + system}));
-    for (const char* name : {"Recieve Date", "Recieve Sender", "Recieve Message", "Recieve OK", "Recieve Yes",
-                             "Recieve No", "Recieve Reply", "Recieve Close"}) {
-        sections.push_back(Section(name, {"Left=-6135", "Top=-765", "Width=0", "Height=0"}));
-    }
-    std::string expected;
-    for (const std::string& s : sections) expected += (expected.empty() ? "" : "\r\n") + s;
-    ASSERT_EQ(sections.size(), 19u);
-    ASSERT_EQ(std::count(expected.begin(), expected.end(), '='), 78);
+    auto areas = [](const char* side, const char* left, std::initializer_list<const char*> names) {
+        std::string text;
+        for (const char* name : names) {
+            text += std::string("\r\n[") + side + name + "]\r\nLeft=" + left + "\r\nTop=-765\r\nWidth=0\r\nHeight=0\r\n";
+        }
+        return text;
+    };
+    const std::string expected =
+        "[Global]\r\nSkin Name=\r\nSkin Author=\r\nSkin Send Image=\r\nSkin Recieve Image=\r\n"
+        "Skin Creation Time=02:06 PM\r\nSkin Creation Date=Nov-18-2026\r\n"
+        "\r\n[Send Colours]\r\nMessage Back Colour=" + light + "\r\nMessage Text Colour=" + system +
+        "\r\nUser List Back Colour=" + light + "\r\nUser List Text Colour=" + system + "\r\n" +
+        areas("Send ", "-285", {"User List", "Message", "All", "None", "Cut", "Send", "Close", "Options"}) +
+        "\r\n[Recieve Colours]\r\nMessage Back Colour=" + light + "\r\nMessage Text Colour=" + system +
+        "\r\nDate Text Colour=" + system + "\r\nSender Text Colour=" + system + "\r\n" +
+        areas("Recieve ", "-6135", {"Date", "Sender", "Message", "OK", "Yes", "No", "Reply", "Close"});
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), '['), 19);
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), '='), 78);
     EXPECT_EQ(Bytes(file), expected);
 }
 
 TEST_F(SkinInformationTest, TimeAndDateAreEachTakenWhenTheirKeyIsWritten) {
     struct TickingPlatform : testing::FakePlatform {
         int reads = 0;
-        LocalDateTime Now() override {
-            return ++reads == 1 ? LocalDateTime{2026, 12, 31, 23, 59, 59} : LocalDateTime{2027, 1, 1, 0, 0, 0};
-        }
+        LocalDateTime Now() override { return ++reads == 1 ? LocalDateTime{2026, 12, 31, 23, 59, 59} : clock; }
     } platform;
-    const std::string file = Path("Clock.bsi");
-    WriteSkinInformation(SkinDocument{}, file, platform);
-    EXPECT_EQ(platform.reads, 2);
-    EXPECT_EQ(ReadINI("Global", "Skin Creation Time", file), "11:59 PM");
-    EXPECT_EQ(ReadINI("Global", "Skin Creation Date", file), "Jan-01-2027");
+    platform.clock = {2027, 1, 1, 0, 0, 0};
+    WriteSkinInformation(SkinDocument{}, Path("Clock.bsi"), platform);
+    EXPECT_EQ(ReadINI("Global", "Skin Creation Time", Path("Clock.bsi")), "11:59 PM");
+    EXPECT_EQ(ReadINI("Global", "Skin Creation Date", Path("Clock.bsi")), "Jan-01-2027");
 }
 
-// A distinct value in every field that is written.
-SkinDocument FullDocument() {
+TEST_F(SkinInformationTest, FullDocumentReadsBackKeyByKeyWithSharedColourKeysPerSection) {
     SkinDocument doc;
     doc.SetSkinName("Blue Sky");
     doc.SetSkinAuthor("Ada Lovelace");
@@ -87,26 +79,15 @@ SkinDocument FullDocument() {
         doc.SetColour(TextField(f), ColourRole::Back, n++ * 1111111);
         doc.SetColour(TextField(f), ColourRole::Text, n++ * -1111111);
     }
-    return doc;
-}
-
-TEST_F(SkinInformationTest, FullDocumentReadsBackKeyByKeyWithSharedColourKeysPerSection) {
-    const SkinDocument doc = FullDocument();
     testing::FakePlatform platform;
     const std::string file = Path(SkinInformationFileName(doc.SkinName()));
-    EXPECT_EQ(file, Path("BlueSky.bsi"));
     WriteSkinInformation(doc, file, platform);
 
     const std::pair<const char*, const char*> global[] = {
-        {"Skin Name", "Blue Sky"},           {"Skin Author", "Ada Lovelace"},       {"Skin Send Image", "send.bmp"},
+        {"Skin Name", "Blue Sky"},          {"Skin Author", "Ada Lovelace"},     {"Skin Send Image", "send.bmp"},
         {"Skin Recieve Image", "recv.jpg"}, {"Skin Creation Time", "02:26 PM"}, {"Skin Creation Date", "Nov-18-2026"}};
     for (auto [key, value] : global) EXPECT_EQ(ReadINI("Global", key, file), value) << key;
-    // The two colour sections share key names; each is read from its own section.
-    const struct {
-        const char *section, *key;
-        TextField field;
-        ColourRole role;
-    } colours[] = {
+    const std::tuple<const char*, const char*, TextField, ColourRole> colours[] = {
         {"Send Colours", "Message Back Colour", TextField::SendMessage, ColourRole::Back},
         {"Send Colours", "Message Text Colour", TextField::SendMessage, ColourRole::Text},
         {"Send Colours", "User List Back Colour", TextField::SendUsers, ColourRole::Back},
@@ -116,11 +97,9 @@ TEST_F(SkinInformationTest, FullDocumentReadsBackKeyByKeyWithSharedColourKeysPer
         {"Recieve Colours", "Date Text Colour", TextField::ReceiveDate, ColourRole::Text},
         {"Recieve Colours", "Sender Text Colour", TextField::ReceiveSender, ColourRole::Text},
     };
-    for (const auto& c : colours) {
-        EXPECT_EQ(ReadINI(c.section, c.key, file), std::to_string(doc.Colour(c.field, c.role))) << c.section << c.key;
+    for (auto [section, key, field, role] : colours) {
+        EXPECT_EQ(ReadINI(section, key, file), std::to_string(doc.Colour(field, role))) << section << key;
     }
-    EXPECT_EQ(ReadINI("Send Colours", "Message Back Colour", file), "3333333");
-    EXPECT_EQ(ReadINI("Recieve Colours", "Message Back Colour", file), "9999999");
     for (SkinSide side : {kSend, kReceive}) {
         const RectF frame = PictureFrame(side);
         for (AreaKind kind = 0; kind < kAreaKinds; ++kind) {
@@ -134,51 +113,48 @@ TEST_F(SkinInformationTest, FullDocumentReadsBackKeyByKeyWithSharedColourKeysPer
     }
     EXPECT_EQ(ReadINI("Send User List", "Left", file), "15");
     EXPECT_EQ(ReadINI("Recieve Date", "Left", file), "-135");
-    EXPECT_EQ(ReadINI("Recieve Close", "Width", file), "-105");
 }
 
-TEST_F(SkinInformationTest, NonAsciiNamesAreWindows1252OnDiskAndLongNamesReadCutAt254) {
-    SkinDocument doc;
-    doc.SetSkinName("Caf\u00e9 Cr\u00e8me");
-    std::string author = "\u674e Lee \u2122";
-    for (int i = 0; i < 255; ++i) author += "\u00c5";
-    doc.SetSkinAuthor(author);
-    const std::string picture(260, 'N');
-    doc.SetPicture(kSend, picture, "/tmp/" + picture);
-    doc.SetPicture(kReceive, "f\u00fcr.bmp", "/tmp/f\u00fcr.bmp");
-    testing::FakePlatform platform;
-    const std::string file = Path(SkinInformationFileName(doc.SkinName()));
-    EXPECT_EQ(file, Path("Caf\u00e9Cr\u00e8me.bsi"));
-    WriteSkinInformation(doc, file, platform);
-
-    const std::string bytes = Bytes(file);
-    EXPECT_NE(bytes.find("\r\nSkin Name=Caf\xe9 Cr\xe8me\r\n"), std::string::npos);
-    EXPECT_NE(bytes.find("\r\nSkin Author=? Lee \x99" + std::string(255, '\xc5') + "\r\n"), std::string::npos);
-    EXPECT_NE(bytes.find("\r\nSkin Send Image=" + picture + "\r\n"), std::string::npos);
-    EXPECT_NE(bytes.find("\r\nSkin Recieve Image=f\xfcr.bmp\r\n"), std::string::npos);
-    EXPECT_EQ(ReadINI("Global", "Skin Name", file), "Caf\u00e9 Cr\u00e8me");
-    std::string authorRead = "? Lee \u2122";  // 7 characters, then 247 of the 255
-    for (int i = 0; i < 247; ++i) authorRead += "\u00c5";
-    EXPECT_EQ(ReadINI("Global", "Skin Author", file), authorRead);
-    EXPECT_EQ(ReadINI("Global", "Skin Send Image", file), picture.substr(0, 254));
-    EXPECT_EQ(ReadINI("Global", "Skin Recieve Image", file), "f\u00fcr.bmp");
+TEST(ColourFromText, AcceptsOnlyASignedDecimal32BitInteger) {
+    const std::pair<const char*, std::int32_t> valid[] = {
+        {"14737632", 14737632}, {"-2147483648", std::numeric_limits<std::int32_t>::min()},
+        {"2147483647", 2147483647}, {"+5", 5}, {"-0", 0}, {"007", 7}, {" 42\t", 42},
+    };
+    for (auto [text, value] : valid) EXPECT_EQ(ColourFromText(text), value) << '"' << text << '"';
+    for (const char* text : {"", "   ", "-", "abc", "12abc", "1 2", "- 5", "+-5", "1.5", "1e3", "0x10", "&H10",
+                             "2147483648", "-2147483649", "99999999999999999999"}) {
+        EXPECT_EQ(ColourFromText(text), std::nullopt) << '"' << text << '"';
+    }
 }
 
-TEST_F(SkinInformationTest, RewritingAFileReplacesValuesAndKeepsItsOrder) {
-    testing::FakePlatform platform;
-    const std::string file = Path("Again.bsi");
-    WriteSkinInformation(SkinDocument{}, file, platform);
-    const std::string first = Bytes(file);
-    platform.clock = {2027, 3, 4, 9, 5, 0};
-    WriteSkinInformation(FullDocument(), file, platform);
-    const std::string second = Bytes(file);
+TEST(RectangleValueFromText, TakesTheLeadingDecimalNumberLikeValAndStaysFinite) {
+    const double largest = std::numeric_limits<double>::max();
+    const std::pair<std::string, double> rows[] = {
+        {"-285", -285}, {"12abc", 12},  {"", 0},           {"abc", 0},       {"\t\n7", 7},     {"+5", 5},
+        {"1 2", 12},    {"- 5", -5},    {".5", 0.5},       {"-.25", -0.25},  {".", 0},         {"-", 0},
+        {"1e3", 1000},  {"1d2", 100},   {"2.5e-1", 0.25},  {"1e+", 1},       {"1ex", 1},       {"0x10", 0},
+        {"&H10", 0},    {"1,5", 1},     {"3.7.1", 3.7},    {"--5", 0},       {"1e-400", 0},    {"1000e-330", 0},
+        {"1e400", largest}, {"-1e400", -largest}, {"0.001e312", largest}, {std::string(400, '9'), largest},
+    };
+    for (const auto& [text, value] : rows) {
+        const double read = RectangleValueFromText(text);
+        EXPECT_DOUBLE_EQ(read, value) << '"' << text << '"';
+        EXPECT_TRUE(std::isfinite(read)) << '"' << text << '"';
+    }
+}
 
-    const std::regex value("=[^\r]*");
-    EXPECT_EQ(std::regex_replace(second, value, "="), std::regex_replace(first, value, "="));
-    EXPECT_EQ(ReadINI("Global", "Skin Name", file), "Blue Sky");
-    EXPECT_EQ(ReadINI("Global", "Skin Creation Time", file), "09:05 AM");
-    EXPECT_EQ(ReadINI("Global", "Skin Creation Date", file), "Mar-04-2027");
-    EXPECT_EQ(ReadINI("Recieve Close", "Height", file), "1007");
+TEST(CreationStampsAndFileName, TwelveHourClockEnglishMonthDateAndNameWithoutBlanks) {
+    const std::tuple<int, int, const char*> times[] = {
+        {0, 0, "12:00 AM"}, {1, 5, "01:05 AM"}, {11, 59, "11:59 AM"}, {12, 0, "12:00 PM"}, {23, 59, "11:59 PM"},
+    };
+    for (auto [hour, minute, text] : times) EXPECT_EQ(FormatCreationTime({2026, 1, 1, hour, minute, 0}), text);
+    const char* months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    for (int m = 1; m <= 12; ++m) {
+        EXPECT_EQ(FormatCreationDate({2026, m, 8, 0, 0, 0}), std::string(months[m - 1]) + "-08-2026");
+    }
+    EXPECT_EQ(FormatCreationDate({999, 2, 28, 0, 0, 0}), "Feb-28-0999");
+    EXPECT_EQ(SkinInformationFileName(" Blue  Sky "), "BlueSky.bsi");
+    EXPECT_EQ(SkinInformationFileName("Caf\u00e9\tNoir\u00a0x"), "Caf\u00e9\tNoir\u00a0x.bsi");  // only U+0020 goes
 }
 
 }  // namespace

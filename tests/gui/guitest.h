@@ -1,18 +1,17 @@
 #pragma once
-// Helpers of the widget tests: answering the modal dialog or pop-up menu an action is about to
-// open, and finding the window's elements by name.
+// Helpers of the widget tests: answers to the modal dialog or pop-up menu an action is about to
+// open, and elements found by name.
 
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QMenu>
-#include <QTimer>
 #include <QtTest>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>
 #include <type_traits>
+
+#include "facebutton.h"
+#include "frmskincreator.h"
+#include "qtplatform.h"
 
 namespace skin::testing {
 

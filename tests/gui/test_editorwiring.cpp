@@ -1,41 +1,25 @@
-// The editor wired into the main window: real mouse events on the pictures and tools, the real
-// name menu, file, colour and message dialogs, and the widgets mirroring the editor's model
-// (pixels = twips / 15). The editing rules themselves are the core tests' business.
-
-#include <QAbstractButton>
-#include <QColorDialog>
-#include <QComboBox>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPainter>
-#include <QTemporaryDir>
-#include <QtTest>
+// The editor wired into the main window through QtPlatform: real mouse events on the pictures
+// and tools, real menus and dialogs, busy indications, pointers and timers, and the widgets
+// mirroring the editor's model (pixels = twips / 15). The editing rules are the core tests' own.
 
 #include "editorcontroller.h"
-#include "facebutton.h"
-#include "frmskincreator.h"
 #include "guitest.h"
 
-using skin::AreaRect;
-using skin::FaceButton;
-using skin::SkinSide;
-using skin::testing::AcceptFile;
-using skin::testing::AnswerMenu;
-using skin::testing::AnswerModal;
+namespace skin::testing {
 
 class EditorWiringTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<skin::FrmSkinCreator> window;
-    skin::EditorController* controller = nullptr;
-    QTemporaryDir files;
+    std::unique_ptr<FrmSkinCreator> window;
+    EditorController* controller = nullptr;
 
-    QLabel* widget(const char* name) const { return skin::testing::Child<QLabel>(window.get(), name); }
-    FaceButton* button(const char* name) const { return skin::testing::Child<FaceButton>(window.get(), name); }
+    QLabel* widget(const char* name) const { return Child<QLabel>(window.get(), name); }
+    FaceButton* button(const char* name) const { return Child<FaceButton>(window.get(), name); }
     QString currentSelection() const { return widget("lblCurrSel")->text().mid(19); }
-    const skin::SkinDocument& document() const { return controller->editor().Document(); }
+    SkinDocument& document() const { return controller->editor().Document(); }
+    QtPlatform& platform() { return window->qtPlatform(); }
 
-    // A left-button drag on a side picture, in pixels of the picture, naming the area from the menu.
+    // A left drag on a side picture, in its pixels, named from the menu; `check` looks at the menu.
     void drawAndName(const char* picture, QPoint from, QPoint to, const char* item, std::function<void(QMenu*)> check = {})
     {
         AnswerMenu(QString::fromUtf8(item), check);
@@ -43,7 +27,7 @@ class EditorWiringTest : public QObject {
         QTest::mouseMove(widget(picture), to);
         QTest::mouseRelease(widget(picture), Qt::LeftButton, {}, to);
     }
-    // Opens the colour dialog and picks `colour` (cancels when invalid); returns its start colour.
+    // Picks `colour` in the colour dialog (cancels when invalid); returns the dialog's start colour.
     QColor pickColour(const QColor& colour)
     {
         QColor initial;
@@ -56,50 +40,51 @@ class EditorWiringTest : public QObject {
         QTest::mouseClick(button("imgColorSelect"), Qt::LeftButton);
         return initial;
     }
-    void answerOk(QString* title)
+    void answerOk(QString& title)
     {
-        AnswerModal<QMessageBox>([title](QMessageBox* box) {
-            *title = box->windowTitle();
+        AnswerModal<QMessageBox>([&title](QMessageBox* box) {
+            title = box->windowTitle();
             box->button(QMessageBox::Ok)->click();
         });
+    }
+    // Clicks `name` and answers the dialog it opens with `answer`.
+    template <typename Dialog>
+    void clickAnswering(const char* name, std::function<void(Dialog*)> answer)
+    {
+        AnswerModal<Dialog>(answer);
+        QTest::mouseClick(button(name), Qt::LeftButton);
     }
 
 private slots:
     void init()
     {
-        window = std::make_unique<skin::FrmSkinCreator>();
-        controller = new skin::EditorController(*window);
+        window = std::make_unique<FrmSkinCreator>();
+        controller = new EditorController(*window);
         window->move(100, 100);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     }
     void cleanup() { window.reset(); }
 
-    void drawingNamingSelectingAndResettingMirrorIntoWidgets()
+    void drawingNamingSelectingAndResettingShowInTheWidgets()
     {
         QLabel* picture = widget("imgSend");
         QLabel* box = widget("imgObjectBox0");
-        const QPoint at = window->pos();
         QTest::mousePress(picture, Qt::RightButton, {}, {20, 30});  // other buttons neither draw nor move
         QTest::mouseMove(picture, {120, 130});
         QTest::mouseRelease(picture, Qt::RightButton, {}, {120, 130});
-        QVERIFY(!box->isVisible());
-        QCOMPARE(window->pos(), at);
-        QCOMPARE(document().BoxCount(SkinSide::Send), 0);
+        QVERIFY(!box->isVisible() && window->pos() == QPoint(100, 100));
 
         QTest::mousePress(picture, Qt::LeftButton, {}, {20, 30});
-        QVERIFY(box->isVisible());
         QCOMPARE(box->geometry(), QRect(39, 81, 0, 0));
+        QVERIFY(box->isVisible());
         QTest::mouseMove(picture, {60, 70});
         QCOMPARE(box->geometry(), QRect(39, 81, 40, 40));
         QCOMPARE(box->pixmap().size(), QSize(38, 38));  // the hatch is cut inside the border, never scaled
         QCOMPARE(window->childAt(box->geometry().center()), box);
-        bool sawSendMenu = false;
-        AnswerMenu(QStringLiteral("mnuSObjectArea0"),
-                   [&](QMenu* menu) { sawSendMenu = menu->objectName() == QLatin1String("mnuSend"); });
-        QTest::mouseMove(picture, {120, 90});
-        QTest::mouseRelease(picture, Qt::LeftButton, {}, {120, 90});
-        QVERIFY(sawSendMenu);
+        QString menuShown;
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0", [&](QMenu* m) { menuShown = m->objectName(); });
+        QCOMPARE(menuShown, QStringLiteral("mnuSend"));
         QCOMPARE(document().Area(SkinSide::Send, 0), (AreaRect{585, 1215, 1500, 900}));  // 285 + 300, 765 + 450
         QLabel* users = widget("lblSendUsers");
         QCOMPARE(users->geometry(), QRect(39, 81, 100, 60));
@@ -117,11 +102,9 @@ private slots:
         QVERIFY(box1->isVisible());
         QCOMPARE(box1->geometry(), QRect(219, 201, 60, 50));
         QCOMPARE(currentSelection(), QStringLiteral("Send All"));
-
         drawAndName("imgRecieve", {10, 10}, {110, 40}, "mnuRObjectArea2");
         QCOMPARE(widget("lblReceiveMess")->geometry(), QRect(419, 61, 100, 30));
         QCOMPARE(document().Area(SkinSide::Receive, 2), (AreaRect{6285, 915, 1500, 450}));
-        QCOMPARE(currentSelection(), QStringLiteral("Receive Message"));
 
         // A press on a label or a box selects it and draws nothing.
         QTest::mouseClick(users, Qt::LeftButton, {}, {50, 30});
@@ -141,42 +124,36 @@ private slots:
 
     void picturesLoadIntoTheirFrameAndANewStartEmptiesThem()
     {
+        QTemporaryDir files;
         QImage image(100, 100, QImage::Format_RGB32);  // left half red, right half blue
         image.fill(Qt::red);
         QPainter(&image).fillRect(50, 0, 50, 100, Qt::blue);
         const QString path = files.filePath(QStringLiteral("half.bmp"));
         QVERIFY(image.save(path, "BMP"));
         QStringList filters;
-        AnswerModal<QFileDialog>([&](QFileDialog* dialog) {
+        clickAnswering<QFileDialog>("imgSendLoad", [&](QFileDialog* dialog) {
             filters = dialog->nameFilters();
             AcceptFile(dialog, path);
         });
-        QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
         QCOMPARE(filters.value(0), QStringLiteral("Graphic Files (*.bmp *.jpg *.gif)"));
-        QLabel* frame = widget("imgSend");
-        const QImage shown = frame->pixmap().toImage();
-        QCOMPARE(shown.size(), QSize(362, 258) * frame->devicePixelRatioF());
+        const QImage shown = widget("imgSend")->pixmap().toImage();
+        QCOMPARE(shown.size(), QSize(362, 258) * widget("imgSend")->devicePixelRatioF());
         QCOMPARE(QColor(shown.pixel(20, 20)), QColor(Qt::red));
         QCOMPARE(QColor(shown.pixel(shown.width() - 20, shown.height() - 20)), QColor(Qt::blue));
         QCOMPARE(document().PicturePath(SkinSide::Send), path.toStdString());
 
-        // Not a picture: the message, and the frame keeps what it had.
-        QFile text(files.filePath(QStringLiteral("notes.txt")));
-        QVERIFY(text.open(QIODevice::WriteOnly) && text.write("not a picture\n") > 0);
-        text.close();
-        AnswerModal<QFileDialog>([&](QFileDialog* dialog) { AcceptFile(dialog, text.fileName()); });
-        QString title;
-        answerOk(&title);
-        QTest::mouseClick(button("imgSendLoad"), Qt::LeftButton);
+        QString title;  // not a picture: the message, and the frame keeps what it had
+        answerOk(title);
+        clickAnswering<QFileDialog>("imgSendLoad", [&](QFileDialog* dialog) { AcceptFile(dialog, QCoreApplication::applicationFilePath()); });
         QCOMPARE(title, QStringLiteral("Picture Load Error"));
-        QCOMPARE(QColor(frame->pixmap().toImage().pixel(20, 20)), QColor(Qt::red));
+        QCOMPARE(QColor(widget("imgSend")->pixmap().toImage().pixel(20, 20)), QColor(Qt::red));
 
         // A new start (what "Create Another?" answered Yes does) empties the frames and hides every box.
         drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea4");
         drawAndName("imgSend", {200, 150}, {260, 200}, "mnuSObjectArea5");
         QVERIFY(widget("imgObjectBox1")->isVisible());
         controller->editor().ResetEditor();
-        QVERIFY(frame->pixmap().isNull());
+        QVERIFY(widget("imgSend")->pixmap().isNull());
         QVERIFY(!widget("imgObjectBox0")->isVisible() && !widget("imgObjectBox1")->isVisible());
         QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection:"));
     }
@@ -200,11 +177,9 @@ private slots:
         QTest::mouseClick(button("imgLock"), Qt::LeftButton);
         QCOMPARE(button("imgLock")->face(), QStringLiteral("Lock_ON"));
         for (int step = 0; step < 3; ++step) QTest::mouseClick(button("imgArrMove3"), Qt::LeftButton);
-        QCOMPARE(document().Area(SkinSide::Send, 0), (AreaRect{615, 1215, 1500, 930}));
-        QCOMPARE(label->geometry(), QRect(41, 81, 100, 62));
+        QCOMPARE(label->geometry(), QRect(41, 81, 100, 62));  // 930 twips high
 
-        // Held, the arrow repeats through the window's move timer.
-        QTest::mousePress(button("imgArrMove3"), Qt::LeftButton);
+        QTest::mousePress(button("imgArrMove3"), Qt::LeftButton);  // held, it repeats on the window's timer
         QTRY_VERIFY(document().Area(SkinSide::Send, 0).Height >= 930 + 30);
         QTest::mouseRelease(button("imgArrMove3"), Qt::LeftButton);
     }
@@ -222,7 +197,7 @@ private slots:
         QLabel* users = widget("lblSendUsers");
         QCOMPARE(users->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
         QCOMPARE(widget("picPreView")->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
-        QCOMPARE(document().Colour(skin::TextField::SendUsers, skin::ColourRole::Back), 0x563412);
+        QCOMPARE(document().Colour(TextField::SendUsers, ColourRole::Back), 0x563412);
 
         QTest::mouseClick(button("imgText"), Qt::LeftButton);
         QCOMPARE(button("imgText")->face(), QStringLiteral("Text_ON"));
@@ -243,19 +218,16 @@ private slots:
         QVERIFY(users->isVisible() && !box->isVisible());
     }
 
-    void nameAndAuthorFollowTheDocument()
+    void textBoxesOptionsAndPackageButtonReachTheCore()
     {
-        auto* name = skin::testing::Child<QLineEdit>(window.get(), "txtSkinName");
+        auto* name = Child<QLineEdit>(window.get(), "txtSkinName");
         QTest::keyClicks(name, QStringLiteral("Blue Sky"));
         QCOMPARE(document().SkinName(), std::string("Blue Sky"));
         QCOMPARE(name->cursorPosition(), 8);
-        controller->editor().Document().SetSkinAuthor("Ostervale");
+        document().SetSkinAuthor("Ostervale");
         controller->editor().Refresh();
-        QCOMPARE(skin::testing::Child<QLineEdit>(window.get(), "txtSkinAuthor")->text(), QStringLiteral("Ostervale"));
-    }
+        QCOMPARE(Child<QLineEdit>(window.get(), "txtSkinAuthor")->text(), QStringLiteral("Ostervale"));
 
-    void optionsAndPackageButtonReachTheSkinFiles()
-    {
         QStringList filters;
         AnswerModal<QFileDialog>([&filters](QFileDialog* dialog) {
             filters = dialog->nameFilters();
@@ -264,11 +236,142 @@ private slots:
         window->options()->setCurrentIndex(2);
         QCOMPARE(filters.value(0), QStringLiteral("Brindleway Skin Files (*.bsz *.bsi)"));
         QString title;
-        answerOk(&title);
+        answerOk(title);
         QTest::mouseClick(button("cmdCreateSkinPackage"), Qt::LeftButton);
         QCOMPARE(title, QStringLiteral("Package Creation Error"));
     }
+
+    void filtersBecomeQtNameFilters()
+    {
+        QCOMPARE(ToQtNameFilters("Graphic Files (*.bmp; *.jpg; *.gif)|*.bmp; *.jpg; *.gif|All Files (*.*)|*.*|"),
+                 (QStringList{"Graphic Files (*.bmp *.jpg *.gif)", "All Files (*)"}));
+        QCOMPARE(ToQtNameFilters("Skins|*.bsz;*.bsi"), QStringList{"Skins (*.bsz *.bsi)"});
+        QVERIFY(ToQtNameFilters("").isEmpty());
+        QVERIFY(ToQtNameFilters("lonely description|").isEmpty());
+    }
+
+    void messageBoxesShowLinesWithoutCarriageReturnsAndAnswer()
+    {
+        QMessageBox::Icon shownIcon = QMessageBox::NoIcon;
+        QString shownText, shownTitle;
+        AnswerModal<QMessageBox>([&](QMessageBox* box) {
+            std::tie(shownIcon, shownText, shownTitle) = std::tuple(box->icon(), box->text(), box->windowTitle());
+            box->button(QMessageBox::No)->click();
+        });
+        QCOMPARE(platform().ShowMessage("First line.\r\n\r\nSecond line.", "Skin Load Error", MessageIcon::Exclamation,
+                                        MessageButtons::YesNo),
+                 MessageAnswer::No);
+        QCOMPARE(shownText, QStringLiteral("First line.\n\nSecond line."));
+        QCOMPARE(shownTitle, QStringLiteral("Skin Load Error"));
+        QCOMPARE(shownIcon, QMessageBox::Warning);
+        // Return takes the default button: Yes of Yes/No, or Ok.
+        for (auto [buttons, expected] : {std::pair{MessageButtons::YesNo, MessageAnswer::Yes},
+                                         std::pair{MessageButtons::Ok, MessageAnswer::Ok}}) {
+            AnswerModal([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Return); });
+            QCOMPARE(platform().ShowMessage("Again?", "t", MessageIcon::Question, buttons), expected);
+        }
+    }
+
+    void fileDialogsReturnPathAndNameAndAskNoOverwrite()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("send skin.bsz"));
+        QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+        QString selectedFilter, title;
+        AnswerModal<QFileDialog>([&](QFileDialog* dialog) {
+            std::tie(selectedFilter, title) = std::pair(dialog->selectedNameFilter(), dialog->windowTitle());
+            AcceptFile(dialog, path);
+        });
+        const auto opened = platform().OpenFileDialog({"Open Picture", "Pictures (*.bmp)|*.bmp|All Files (*.*)|*.*|", 2, 4});
+        QVERIFY(opened.has_value());
+        QCOMPARE(QString::fromStdString(opened->path), path);
+        QCOMPARE(opened->title, std::string("send skin.bsz"));
+        QCOMPARE(selectedFilter, QStringLiteral("All Files (*)"));
+        QCOMPARE(title, QStringLiteral("Open Picture"));
+
+        AnswerModal<QFileDialog>([&](QFileDialog* dialog) {  // the caller asks, adding no suffix
+            QVERIFY(dialog->testOption(QFileDialog::DontConfirmOverwrite) && dialog->defaultSuffix().isEmpty());
+            AcceptFile(dialog, path);
+        });
+        const auto saved = platform().SaveFileDialog({"Save Skin Package", "Skins (*.bsz)|*.bsz|", 1, 4});
+        QVERIFY(saved.has_value());
+        QCOMPARE(QString::fromStdString(saved->path), path);
+
+        AnswerModal<QDialog>([](QDialog* modal) { modal->reject(); });
+        QVERIFY(!platform().OpenFileDialog({"", "All Files (*.*)|*.*|", 1, 4}).has_value());
+    }
+
+    void nameMenusOfferTheKindsOfTheirSide()
+    {
+        auto* parentMenu = Child<QMenu>(window.get(), "mnuObjectName");
+        QVERIFY(parentMenu != nullptr && !parentMenu->isVisible());
+        QCOMPARE(parentMenu->title(), QStringLiteral("OjectName"));
+        QCOMPARE(Child<QMenu>(window.get(), "mnuSend")->title(), QStringLiteral("Send Objects"));
+        auto* receive = Child<QMenu>(window.get(), "mnuRecieve");
+        QCOMPARE(receive->title(), QStringLiteral("Recieve Objects"));
+        QStringList captions;
+        for (QAction* item : receive->actions()) captions << (item->isSeparator() ? QStringLiteral("-") : item->text());
+        QCOMPARE(captions, (QStringList{"Date", "Sender", "Message", "Okay", "Yes", "No", "Reply", "Close", "-", "Cancel"}));
+        std::array<bool, kAreaKinds> enabled{};
+        enabled.fill(true);
+        for (const char* noChoice : {"mnuRCancel", ""}) {  // Cancel, or the menu dismissed
+            AnswerMenu(QString::fromUtf8(noChoice));
+            QVERIFY(!platform().ShowNameMenu(SkinSide::Receive, enabled).has_value());
+        }
+    }
+
+    void busyIndicationsPointersAndFocus()
+    {
+        QWidget* loading = Child(window.get(), "picLoading");
+        platform().SetHourglass(true);
+        platform().SetMainWindowInput(false);
+        platform().ShowBusyPanel(BusyPanel::Loading, true);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        QVERIFY(!window->isEnabled() && loading->isVisible());
+        QCOMPARE(loading->findChild<QLabel*>()->text(), QStringLiteral("Loading Skin Information, Please Stand by..."));
+        platform().SetHourglass(false);
+        platform().SetMainWindowInput(true);
+        platform().ShowBusyPanel(BusyPanel::Loading, false);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        QVERIFY(window->isEnabled() && !loading->isVisible());
+
+        window->activateWindow();
+        platform().FocusTextBox(TextBox::SkinAuthor);
+        QTRY_COMPARE(QApplication::focusWidget(), Child(window.get(), "txtSkinAuthor"));
+
+        // The picker pointer stays above the hourglass, whichever goes first.
+        platform().SetPickerPointer(true);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::BitmapCursor);
+        QCOMPARE(window->cursor().shape(), Qt::BitmapCursor);
+        platform().SetHourglass(true);
+        platform().SetPickerPointer(false);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        platform().SetHourglass(false);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        QCOMPARE(window->cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void timersClockAndTemporaryFolder()
+    {
+        std::vector<EditorTimer> ticks;
+        window->setTimerTick([&](EditorTimer timer) { ticks.push_back(timer); });
+        platform().StartTimer(EditorTimer::ScreenColour);
+        QTRY_VERIFY(!ticks.empty());
+        platform().StopTimer(EditorTimer::ScreenColour);
+        QVERIFY(!Child<QTimer>(window.get(), "tmrScreenColor")->isActive());
+        QVERIFY(std::all_of(ticks.begin(), ticks.end(), [](auto t) { return t == EditorTimer::ScreenColour; }));
+
+        const LocalDateTime now = platform().Now();
+        QCOMPARE(now.year, QDate::currentDate().year());
+        QVERIFY(now.month >= 1 && now.month <= 12 && now.hour >= 0 && now.hour <= 23);
+        QTemporaryDir folder;
+        qputenv("TMPDIR", folder.path().toUtf8());
+        QCOMPARE(QString::fromStdString(platform().TempFolder()), folder.path() + QLatin1Char('/'));
+        qunsetenv("TMPDIR");
+    }
 };
 
-QTEST_MAIN(EditorWiringTest)
+}  // namespace skin::testing
+
+QTEST_MAIN(skin::testing::EditorWiringTest)
 #include "test_editorwiring.moc"

@@ -1,25 +1,15 @@
-// The main window: frame, element inventory, button faces, dragging the background, the
-// options list and the link label.
+// The main window and its help window: frames, element inventory and texts, button faces,
+// dragging the windows, the options list and the link label.
 
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTimer>
-#include <QtTest>
-
-#include "facebutton.h"
 #include "fakeplatform.h"
-#include "frmskincreator.h"
 #include "guitest.h"
 
-using skin::FaceButton;
-using skin::FrmSkinCreator;
-using skin::testing::Child;
+namespace skin::testing {
 
 class MainWindowTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<skin::testing::FakePlatform> platform;
+    std::unique_ptr<FakePlatform> platform;
     std::unique_ptr<FrmSkinCreator> window;
     int loadSkinCalls = 0;
 
@@ -31,12 +21,19 @@ class MainWindowTest : public QObject {
         window->options()->setCurrentIndex(index);
         emit window->options()->activated(index);
     }
+    FrmHelp* showHelp()
+    {
+        choose(1);
+        QCoreApplication::processEvents();
+        return window->helpWindow();
+    }
+    static QString footerOf(FrmHelp* help) { return Child<QLabel>(help, "lblFooter")->text(); }
 
 private slots:
     void init()
     {
-        platform = std::make_unique<skin::testing::FakePlatform>();
         loadSkinCalls = 0;
+        platform = std::make_unique<FakePlatform>();
         window = std::make_unique<FrmSkinCreator>();
         window->setPlatform(platform.get());
         window->setLoadSkin([this] { ++loadSkinCalls; });
@@ -121,7 +118,6 @@ private slots:
         QCOMPARE(window->windowTitle(), QStringLiteral("Brindleway Skin Framewright"));
         QCOMPARE(window->objectName(), QStringLiteral("frmSkinCreator"));
         QVERIFY(!window->windowIcon().isNull());
-
         auto* list = window->options();
         QCOMPARE(list->geometry(), QRect(561, 2, 189, list->height()));
         QCOMPARE(list->currentIndex(), 0);
@@ -130,11 +126,7 @@ private slots:
         for (const char* hidden : {"picLoading", "picCreating", "imgObjectBox0", "imgRObjectBox0"}) {
             QVERIFY2(!element(hidden)->isVisible(), hidden);
         }
-        for (const char* parked :
-             {"lblSendMessage", "lblSendUsers", "lblReceiveMess", "lblReceiveDate", "lblReceiveSender", "picPickPointer"}) {
-            QVERIFY2(element(parked)->y() >= window->height(), parked);
-        }
-        auto* name = element("txtSkinName");
+        QWidget* name = element("txtSkinName");
         QCOMPARE(name->font().pointSizeF(), 8.25);
         QVERIFY(name->font().families().startsWith(QStringLiteral("Tahoma")));
         QCOMPARE(name->nextInFocusChain(), element("txtSkinAuthor"));
@@ -146,125 +138,97 @@ private slots:
             auto* timer = Child<QTimer>(window.get(), timerName);
             QVERIFY2(timer && !timer->isActive() && timer->interval() == interval, timerName);
         }
-        QVERIFY(platform->webPages.empty());  // the start-up selection of item 0 did nothing
     }
 
-    // Any mouse button and modifier shows the ON face while held; the tag never changes.
-    void familyFacesSwapForAnyButton()
+    // Any mouse button and modifier shows the ON face while held; the tag never changes. The
+    // close button ends the program on a left release, with its normal face showing.
+    void buttonFacesAndClose()
     {
         for (const char* name : {"cmdCreateSkinPackage", "imgSendClear", "imgSendLoad", "imgColorSelect",
-                                 "imgReceiveClear", "imgReceiveLoad", "imgMin"}) {
+                                 "imgReceiveClear", "imgReceiveLoad", "imgClose", "imgMin"}) {
             auto* face = Child<FaceButton>(window.get(), name);
             const QString tag = face->tag();
             for (Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
+                QStringList facesAtEnd;
+                window->setEndProgram([&] { facesAtEnd << face->face(); });
                 QTest::mousePress(face, button, Qt::ShiftModifier, QPoint(3, 3));
                 QCOMPARE(face->face(), QString(tag).replace(QStringLiteral("OFF"), QStringLiteral("ON")));
+                QVERIFY(facesAtEnd.isEmpty());
                 QTest::mouseRelease(face, button, Qt::NoModifier, QPoint(3, 3));
                 QCOMPARE(face->face(), tag);
                 QCOMPARE(face->tag(), tag);
+                QCOMPARE(facesAtEnd, face->objectName() == "imgClose" && button == Qt::LeftButton ? QStringList{tag} : QStringList{});
             }
         }
         QTRY_VERIFY(window->windowState().testFlag(Qt::WindowMinimized));  // imgMin's left click
-    }
 
-    void closeEndsOnReleaseAndArrowsOnlySignal()
-    {
-        auto* close = Child<FaceButton>(window.get(), "imgClose");
-        QStringList facesAtEnd;
-        window->setEndProgram([&] { facesAtEnd << close->face(); });
-        QTest::mouseClick(close, Qt::RightButton, {}, QPoint(4, 4));
-        QTest::mousePress(close, Qt::LeftButton, {}, QPoint(4, 4));
-        QCOMPARE(close->face(), QStringLiteral("Close_ON"));
-        QVERIFY(facesAtEnd.isEmpty());
-        QTest::mouseRelease(close, Qt::LeftButton, {}, QPoint(4, 4));
-        QCOMPARE(facesAtEnd, QStringList{QStringLiteral("Close_OFF")});
-
-        auto* arrow = Child<FaceButton>(window.get(), "imgArrMove0");
-        QSignalSpy pressed(arrow, &FaceButton::pressed);
-        QSignalSpy clicked(arrow, &FaceButton::clicked);
+        auto* arrow = Child<FaceButton>(window.get(), "imgArrMove0");  // its owner shows its faces
         QTest::mousePress(arrow, Qt::LeftButton, {}, QPoint(2, 2));
-        QCOMPARE(arrow->face(), QStringLiteral("Left_OFF"));  // its owner shows its faces
+        QCOMPARE(arrow->face(), QStringLiteral("Left_OFF"));
         QTest::mouseRelease(arrow, Qt::LeftButton, {}, QPoint(2, 2));
-        QCOMPARE(pressed.count() + clicked.count(), 2);
     }
 
-    void onlyLeftDragOnBackgroundMovesWindow()
+    void onlyLeftDragsOnBareAreasMoveTheWindows()
     {
-        QVERIFY(window->childAt(300, 20) == nullptr);  // the bare top strip
-        const struct { const char* on; Qt::MouseButton button; bool moves; } cases[] = {
-            {nullptr, Qt::RightButton, false},
-            {"lblCurrSel", Qt::LeftButton, false},
-            {"lblCopyRight", Qt::LeftButton, false},
-            {nullptr, Qt::LeftButton, true},
+        const auto drag = [](QWidget* on, Qt::MouseButton button, QPoint from) {
+            QTest::mousePress(on, button, Qt::ControlModifier, from);
+            QTest::mouseMove(on, from + QPoint(40, 25));
+            QTest::mouseRelease(on, button, {}, from + QPoint(40, 25));
+            QCoreApplication::processEvents();
         };
-        for (const auto& c : cases) {
-            QWidget* target = c.on ? element(c.on) : window.get();
-            const QPoint from = c.on ? QPoint(5, 5) : QPoint(300, 20);
-            const QPoint start = window->pos();
-            QTest::mousePress(target, c.button, Qt::ControlModifier, from);
-            QTest::mouseMove(target, from + QPoint(40, 25));
-            QTest::mouseRelease(target, c.button, {}, from + QPoint(40, 25));
-            if (c.moves) {
-                QTRY_COMPARE(window->pos(), start + QPoint(40, 25));
-            } else {
-                QCoreApplication::processEvents();
-                QVERIFY2(window->pos() == start, c.on ? c.on : "right button");
-            }
+        QVERIFY(window->childAt(300, 20) == nullptr);  // the bare top strip
+        drag(window.get(), Qt::RightButton, {300, 20});
+        drag(element("lblCurrSel"), Qt::LeftButton, {5, 5});
+        drag(element("lblCopyRight"), Qt::LeftButton, {5, 5});
+        QCOMPARE(window->pos(), QPoint(100, 100));
+        drag(window.get(), Qt::LeftButton, {300, 20});
+        QTRY_COMPARE(window->pos(), QPoint(140, 125));
+
+        FrmHelp* help = showHelp();
+        for (int area = 0; area < 4; ++area) {  // the help window's four strips
+            const QPoint start = help->pos();
+            drag(Child(help, qPrintable(QStringLiteral("imgMove%1").arg(area))), Qt::RightButton, {30, 8});
+            drag(Child(help, qPrintable(QStringLiteral("imgMove%1").arg(area))), Qt::LeftButton, {30, 8});
+            QTRY_COMPARE(help->pos(), start + QPoint(40, 25));
         }
     }
 
-    void optionItemsAct_data()
+    // Each item twice: chosen, then chosen again from the pop-up (no change, one more activation).
+    void optionItemsActAndStartingAnewResetsThem()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("item");
-        QTest::addColumn<QString>("page");  // empty: no page opens
-        QTest::addColumn<int>("loads");
+        QVERIFY(platform->webPages.empty());  // the start-up selection of item 0 did nothing
         const QString site = QStringLiteral("https://www.ostervale.example/");
-        QTest::newRow("select") << 0 << "- SELECT AN OPTION ---------------------------------------" << QString() << 0;
-        QTest::newRow("help") << 1 << "[Help - How do I use this??]" << QString() << 0;
-        QTest::newRow("load") << 2 << "[Load a Skin to Edit]" << QString() << 1;
-        QTest::newRow("separator") << 3 << QString(66, QLatin1Char('-')) << QString() << 0;
-        QTest::newRow("skin center") << 4 << "[Ostervale Skin Center]" << site + "brindleway/skins.asp" << 0;
-        QTest::newRow("brindleway") << 5 << "[Visit Brindleway]" << site + "brindleway/index.asp" << 0;
-        QTest::newRow("ostervale") << 6 << "[Visit Ostervale]" << site + "default.asp" << 0;
-    }
-    void optionItemsAct()
-    {
-        QFETCH(int, index);
-        QFETCH(QString, item);
-        QFETCH(QString, page);
-        QFETCH(int, loads);
+        const struct { int index; QString text; const char* page; } items[] = {
+            {2, QStringLiteral("[Load a Skin to Edit]"), nullptr},
+            {1, QStringLiteral("[Help - How do I use this??]"), nullptr},
+            {3, QString(66, QLatin1Char('-')), nullptr},
+            {4, QStringLiteral("[Ostervale Skin Center]"), "brindleway/skins.asp"},
+            {5, QStringLiteral("[Visit Brindleway]"), "brindleway/index.asp"},
+            {6, QStringLiteral("[Visit Ostervale]"), "default.asp"},
+            {0, QStringLiteral("- SELECT AN OPTION ---------------------------------------"), nullptr},
+        };
         QComboBox* list = window->options();
         QCOMPARE(list->count(), 7);
-        QCOMPARE(list->itemText(index), item);
-        if (index == 0) {  // make 0 a change
-            list->setCurrentIndex(6);
-            platform->webPages.clear();
-        }
         std::vector<std::string> pages;
-        if (!page.isEmpty()) pages.push_back(page.toStdString());
-        choose(index);
-        QCOMPARE(list->currentIndex(), index);  // the list keeps showing the choice
-        QCOMPARE(platform->webPages, pages);
-        QCOMPARE(loadSkinCalls, loads);
-        QCOMPARE(window->helpWindow() != nullptr, index == 1);
-        // The pop-up opened again on the same item: no change, but one more activation.
-        QTest::keyClick(list, Qt::Key_Shift);
-        emit list->activated(index);
-        QCOMPARE(platform->webPages.size(), 2 * pages.size());
-        QCOMPARE(loadSkinCalls, 2 * loads);
-    }
+        for (const auto& item : items) {
+            QCOMPARE(list->itemText(item.index), item.text);
+            for (int time = 0; time < 2; ++time) {
+                choose(item.index);
+                if (item.page) pages.push_back((site + QString::fromUtf8(item.page)).toStdString());
+                QCOMPARE(list->currentIndex(), item.index);  // the list keeps showing the choice
+                QCOMPARE(platform->webPages, pages);
+            }
+            QCOMPARE(loadSkinCalls, 2);
+            QCOMPARE(window->helpWindow() != nullptr, item.index != 2);
+        }
 
-    void startingAnewRunsTheStartUpAgain()
-    {
         int editorStarts = 0;
         window->setStartEditor([&] { ++editorStarts; });
-        choose(5);
-        platform->webPages.clear();
+        choose(3);
         window->Form_Load();
         QCOMPARE(editorStarts, 1);
-        QCOMPARE(window->options()->currentIndex(), 0);
-        QVERIFY(platform->webPages.empty());
+        QCOMPARE(list->currentIndex(), 0);
+        QCOMPARE(platform->webPages, pages);
         QVERIFY(window->isVisible());
     }
 
@@ -277,7 +241,92 @@ private slots:
         QTest::mouseClick(link, Qt::LeftButton, {}, QPoint(5, 5));
         QCOMPARE(platform->webPages, std::vector<std::string>{"https://www.ostervale.example/default.asp"});
     }
+
+    void opensOnceClosesAndReopensRebuilt()
+    {
+        QPointer<FrmHelp> help = showHelp();
+        QVERIFY(help != nullptr && help->isVisible());
+        QCOMPARE(showHelp(), help.data());  // shown again: the same window, brought forward
+        const QWidgetList all = QApplication::topLevelWidgets();
+        QCOMPARE(std::count_if(all.begin(), all.end(), [](QWidget* w) { return qobject_cast<FrmHelp*>(w); }), 1);
+        QCOMPARE(help->objectName(), QStringLiteral("frmHelp"));
+        QCOMPARE(help->size(), QSize(680, 272));
+        QCOMPARE(help->windowHandle()->transientParent(), window->windowHandle());
+        QVERIFY(help->windowFlags().testFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint));
+        QCOMPARE(help->windowType(), Qt::Tool);
+        QCOMPARE(help->windowTitle(), QStringLiteral("Help - Brindleway Skin Framewright"));
+        const QPoint startPlace = window->pos() + QPoint((792 - 680) / 2, (409 - 272) / 2);  // centred over it
+        QCOMPARE(help->pos(), startPlace);
+        QVERIFY(footerOf(help).contains(QStringLiteral("Ostervale")));
+        QVERIFY(footerOf(help).endsWith(QStringLiteral(" Version " SKIN_EXPECTED_VERSION)));
+
+        window->qtPlatform().SetMainWindowInput(false);  // usable while the main window is busy
+        QVERIFY(!window->isEnabled() && help->isEnabled());
+        window->qtPlatform().SetMainWindowInput(true);
+
+        help->move(startPlace + QPoint(50, 30));
+        auto* close = Child<FaceButton>(help, "imgClose");
+        QCOMPARE(close->toolTip(), QStringLiteral("Close Brindleway Skin Fwt"));
+        QTest::mousePress(close, Qt::LeftButton, {}, QPoint(4, 4));
+        QCOMPARE(close->face(), QStringLiteral("Close_OFF"));  // no face swap here
+        QTest::mouseRelease(close, Qt::LeftButton, {}, QPoint(4, 4));
+        QTRY_VERIFY(help.isNull());
+        QVERIFY(window->helpWindow() == nullptr);
+
+        help = showHelp();
+        QVERIFY(help != nullptr && help->isVisible());
+        QCOMPARE(help->pos(), startPlace);
+        window.reset();  // and goes with the main window
+        QVERIFY(help.isNull());
+    }
+
+    void textsAndButtonCopies()
+    {
+        FrmHelp* help = showHelp();
+        const struct { const char* text; QPoint at; } texts[] = {  // in window pixels
+            {"Step 1", {5, 31}},
+            {"Click the load button located under the Send Skin window and find your send skin picture file.", {74, 31}},
+            {"Upon release of the mouse button a menu will appear  allowing you to specify which object you have "
+             "created. ", {74, 143}},
+            {"Repeat steps 3 & 4 for the receive skin.", {74, 180}},
+            {"Step 6", {5, 210}},
+            {"Step 7", {352 + 6, 31}},
+            {"For each object repeat:", {352 + 54, 31}},
+            {"*Some objects only require a font color.", {352 + 92, 180}},
+            {"Step 8", {352 + 6, 211}},
+            {"Enter the skin name and author then click the create skin package button.", {352 + 111, 209}},
+        };
+        const QList<QLabel*> labels = help->findChildren<QLabel*>();
+        for (const auto& [text, at] : texts) {
+            const auto found = std::find_if(labels.begin(), labels.end(),
+                                            [text](QLabel* label) { return label->text() == QString::fromUtf8(text); });
+            QVERIFY2(found != labels.end(), text);
+            QCOMPARE((*found)->mapTo(help, QPoint(0, 0)), at);
+            QCOMPARE((*found)->palette().color(QPalette::WindowText), QColor(0xE0, 0xE0, 0xE0));
+            QCOMPARE((*found)->font().bold(), QByteArray(text).startsWith("Step "));
+            QCOMPARE((*found)->font().pointSizeF(), 8.25);
+        }
+
+        const struct { const char* name; QPoint at; const char* face; const char* tip; } copies[] = {
+            {"imgHelpLoad", {51, 34}, "Load_OFF", nullptr},
+            {"imgHelpArrow0", {56, 212}, "Left_OFF", "Arrow Left - Move Current Object Left OR Decrease Object Width"},
+            {"imgHelpArrow3", {69, 224}, "Down_OFF", nullptr},
+            {"imgHelpLock", {86, 212}, "Lock_OFF", nullptr},
+            {"imgHelpPicker", {352 + 57, 121}, "Eye_OFF", nullptr},
+            {"imgHelpCreate", {352 + 58, 212}, "help_create", "Click to Create the Skin Package File"},
+        };
+        for (const auto& [name, at, face, tip] : copies) {
+            auto* label = Child<QLabel>(help, name);
+            QVERIFY2(label != nullptr, name);
+            QCOMPARE(label->mapTo(help, QPoint(0, 0)), at);
+            QCOMPARE(label->property("face").toString(), QString::fromUtf8(face));
+            QVERIFY(!label->pixmap().isNull());
+            if (tip) QCOMPARE(label->toolTip(), QString::fromUtf8(tip));
+        }
+    }
 };
 
-QTEST_MAIN(MainWindowTest)
+}  // namespace skin::testing
+
+QTEST_MAIN(skin::testing::MainWindowTest)
 #include "test_mainwindow.moc"

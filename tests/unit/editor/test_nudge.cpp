@@ -25,8 +25,8 @@ TEST_F(EditorTest, StepsMoveOrStretchOntoThePictureEdgeAndAreRefusedThere) {
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(::testing::Message() << "arrow " << r.arrow << (r.lock ? " locked" : "") << " at " << r.x);
-        editor.ResetEditor();
-        if (r.lock) editor.ToggleLock();
+        editor.ResetSide(r.side);
+        if ((surface().lockTag == "Lock_ON") != r.lock) editor.ToggleLock();
         EXPECT_EQ(surface().lockTag, r.lock ? "Lock_ON" : "Lock_OFF");
         drawArea(r.side, r.kind, r.x, r.y, r.w, r.h);
         for (int i = 0; i < r.steps; ++i) editor.NudgeSelection(r.arrow);
@@ -67,10 +67,10 @@ TEST_F(EditorTest, NothingSelectedGivesOneMessagePerPress) {
     editor.ArrowReleased(kArrowLeft);
     editor.ArrowClicked(kArrowLeft);
     ASSERT_EQ(platform.messages.size(), 1u);
-    EXPECT_EQ(platform.messages[0].text, "Please select an object to modify first");
-    EXPECT_EQ(platform.messages[0].title, "Brindleway Skin Fwt.");
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::Information);
-    EXPECT_EQ(platform.messages[0].buttons, MessageButtons::Ok);
+    const FakePlatform::Message& m = platform.messages[0];
+    EXPECT_EQ(m.text, "Please select an object to modify first");
+    EXPECT_EQ(m.title, "Brindleway Skin Fwt.");
+    EXPECT_TRUE(m.icon == MessageIcon::Information && m.buttons == MessageButtons::Ok);
     // A short press: no tick, the click brings the press's one message.
     editor.ArrowPressed(kArrowLeft);
     editor.ArrowReleased(kArrowLeft);

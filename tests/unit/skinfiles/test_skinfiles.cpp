@@ -1,0 +1,413 @@
+// Package creation and skin loading through the scripted platform, with real files under a
+// fresh folder per test that also holds the platform's temporary folder.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <tuple>
+#include <unistd.h>
+#include <vector>
+
+#include "bwzip.h"
+#include "editor.h"
+#include "fakeplatform.h"
+#include "ini.h"
+#include "skininformation.h"
+#include "skinloading.h"
+#include "skinpackagecreation.h"
+
+namespace skin::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using Log = std::vector<std::string>;
+using Said = std::tuple<std::string, std::string, MessageIcon, MessageButtons>;
+
+const std::string kSuccessText = "Brindleway Skin Package Created Successfully!\r\n\r\nCreate Another?";
+const std::string kNoPicturesText = "You must create both the Send and Receive skin before creating the skin package.";
+const std::string kFailureText = "An Error occured while creating the script file.\r\nVerify your settings and try again.";
+const std::string kLoadTitle = "Brindleway - Skin Framewright";
+const std::string kLoadedText = "Skin loaded successfully!";
+
+// For every refresh, the skin name and how many messages had been shown by then.
+struct NotingView : SurfaceView {
+    explicit NotingView(const FakePlatform& p) : platform(p) {}
+    const FakePlatform& platform;
+    std::vector<std::pair<std::string, std::size_t>> seen;
+    void SurfaceChanged(const EditorSurface&, const SkinDocument& document) override {
+        seen.emplace_back(document.SkinName(), platform.messages.size());
+    }
+};
+
+class SkinFilesTest : public ::testing::Test {
+protected:
+    FakePlatform platform;
+    NotingView view{platform};
+    Editor editor{platform, &view};
+    const fs::path root_ = fs::temp_directory_path() /
+                           ("skinfiles-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) +
+                            "-" + std::to_string(::getpid()));
+
+    void SetUp() override {
+        fs::remove_all(root_);
+        fs::create_directories(root_ / "tmp");
+        fs::create_directories(root_ / "out");
+        platform.tempFolder = (root_ / "tmp").string() + "/";
+    }
+    void TearDown() override { fs::remove_all(root_); }
+
+    std::string Path(const std::string& relative) const { return (root_ / relative).string(); }
+    // The folder a run at the fake's clock makes under the temporary folder.
+    std::string StampFolder() const { return platform.tempFolder + "18112026142633"; }
+    void ChooseSave(const std::string& path) { platform.saveAnswers.push_back(FileChoice{path, fs::path(path).filename()}); }
+    void ChooseOpen(const std::string& path) { platform.openAnswers.push_back(FileChoice{path, fs::path(path).filename()}); }
+    static std::string Bytes(const std::string& path) {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
+    static void PutBytes(const std::string& path, const std::string& bytes) {
+        fs::create_directories(fs::path(path).parent_path());
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+    }
+    // Every byte value, CR and LF included, in a side-specific order.
+    static std::string PictureBytes(int seed) {
+        std::string bytes = "BM";
+        for (int i = 0; i < 3000; ++i) bytes.push_back(static_cast<char>((i * (2 * seed + 1) + seed) & 0xFF));
+        return bytes;
+    }
+    static OleColour TestColour(TextField field, ColourRole role) {
+        return 0x00102030 + 0x111 * static_cast<int>(field) + (role == ColourRole::Text ? 0x50000 : 0);
+    }
+
+    // Pictures, name, author, ten colours and sixteen different areas, each dragged and named
+    // through the name menu.
+    void MakeFullSkin() {
+        PutBytes(Path("pictures/send.bmp"), PictureBytes(1));
+        PutBytes(Path("pictures/receive.bmp"), PictureBytes(2));
+        SkinDocument& doc = editor.Document();
+        doc.SetPicture(SkinSide::Send, "send.bmp", Path("pictures/send.bmp"));
+        doc.SetPicture(SkinSide::Receive, "receive.bmp", Path("pictures/receive.bmp"));
+        doc.SetSkinName("My Skin");
+        doc.SetSkinAuthor("Ada Designer");
+        for (int f = 0; f < kTextFields; ++f) {
+            for (ColourRole r : {ColourRole::Back, ColourRole::Text}) doc.SetColour(TextField(f), r, TestColour(TextField(f), r));
+        }
+        for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
+            for (AreaKind k = 0; k < kAreaKinds; ++k) {  // all inside their pictures, all different
+                const float left = 90.0f + 300 * k, top = (side == SkinSide::Send ? 120.0f : 150.0f) + 210 * k;
+                const float right = left + 255 + 15 * k, bottom = top + 165 + 15 * k;
+                platform.menuAnswers.push_back(k);
+                editor.BeginArea(side, left, top);
+                editor.ExtendArea(side, right, bottom);
+                editor.EndArea(side, right, bottom);
+            }
+        }
+        platform.log.clear();
+    }
+    // A loose information file with Send All at 100, 100 and Receive Close at 100, 300, and its pictures.
+    std::string WriteLooseSkin(const std::string& fileName = "Loose.bsi") {
+        SkinDocument doc;
+        doc.SetSkinName("Loose");
+        doc.SetPicture(SkinSide::Send, "s.bmp", "");
+        doc.SetPicture(SkinSide::Receive, "r.bmp", "");
+        doc.AssignArea(SkinSide::Send, 2, {385, 865, 300, 200});
+        doc.AssignArea(SkinSide::Receive, 7, {6235, 1065, 400, 150});
+        PutBytes(Path("loose/s.bmp"), PictureBytes(3));
+        PutBytes(Path("loose/r.bmp"), PictureBytes(4));
+        WriteSkinInformation(doc, Path("loose/" + fileName), platform);
+        return Path("loose/" + fileName);
+    }
+
+    // The busy indications are all off: normal pointer, input on, no panel.
+    void ExpectIdle() const {
+        EXPECT_FALSE(platform.hourglass);
+        EXPECT_TRUE(platform.inputEnabled);
+        EXPECT_FALSE(platform.creatingPanel);
+        EXPECT_FALSE(platform.loadingPanel);
+    }
+    Said Message(std::size_t i) const {
+        const FakePlatform::Message& m = platform.messages.at(i);
+        return {m.text, m.title, m.icon, m.buttons};
+    }
+    std::vector<std::string> MessageTitles() const {
+        std::vector<std::string> titles;
+        for (const auto& m : platform.messages) titles.push_back(m.title);
+        return titles;
+    }
+};
+
+using CreationTest = SkinFilesTest;
+using LoadingTest = SkinFilesTest;
+
+TEST_F(CreationTest, ChecksRunInTheirOrderPictureNameAuthor) {
+    CreateSkinPackage(editor, platform);  // everything missing: only the picture message
+    editor.Document().SetPicture(SkinSide::Send, "s.bmp", "/x/s.bmp");  // one picture is not enough
+    CreateSkinPackage(editor, platform);
+    editor.Document().SetPicture(SkinSide::Receive, "r.bmp", "/x/r.bmp");
+    CreateSkinPackage(editor, platform);
+    editor.Document().SetSkinName(" ");  // blanks only is a name
+    CreateSkinPackage(editor, platform);
+
+    ASSERT_EQ(platform.messages.size(), 4u);
+    const std::string title = "Package Creation Error";
+    EXPECT_EQ(Message(0), (Said{kNoPicturesText, title, MessageIcon::Information, MessageButtons::Ok}));
+    EXPECT_EQ(Message(1), Message(0));
+    EXPECT_EQ(Message(2), (Said{"You must specify a skin name.", title, MessageIcon::Information, MessageButtons::Ok}));
+    EXPECT_EQ(Message(3), (Said{"You must specify the skin author.", title, MessageIcon::Information, MessageButtons::Ok}));
+    EXPECT_EQ(platform.log, (Log{"message " + title, "message " + title, "message " + title, "focus txtSkinName",
+                                 "message " + title, "focus txtSkinAuthor"}));
+    EXPECT_TRUE(platform.saveDialogs.empty());
+}
+
+TEST_F(CreationTest, FileTitlesAreAskedForAgainUntilValidThenThePackageIsWritten) {
+    MakeFullSkin();
+    ChooseSave(Path("out/MYSKIN012.bsz"));  // 13 characters
+    ChooseSave(Path("out/my skin.bsz"));
+    ChooseSave(Path("out/MYSKIN01.bsz"));   // 12 characters, the longest accepted
+    platform.messageAnswers = {MessageAnswer::Ok, MessageAnswer::Ok, MessageAnswer::No};
+    CreateSkinPackage(editor, platform);
+
+    const std::string alert = "Package Name Alert";
+    EXPECT_EQ(Message(0), (Said{"The package file name must be a maximum of 8 characters.\r\nPlease specify a smaller name.",
+                                alert, MessageIcon::Information, MessageButtons::Ok}));
+    EXPECT_EQ(Message(1), (Said{"The package file name must not contain any spaces.\r\nPlease remove all spaces from the name.",
+                                alert, MessageIcon::Information, MessageButtons::Ok}));
+    EXPECT_EQ(Message(2), (Said{kSuccessText, "Ostervale Skin Fwt.", MessageIcon::Exclamation, MessageButtons::YesNo}));
+    EXPECT_EQ(platform.log, (Log{"save dialog", "message " + alert, "save dialog", "message " + alert, "save dialog",
+                                 "hourglass on", "input off", "picCreating shown", "hourglass off", "input on",
+                                 "picCreating hidden", "message Ostervale Skin Fwt."}));
+    ExpectIdle();
+    EXPECT_GT(platform.pendingEventCalls, 0);
+    EXPECT_TRUE(fs::is_empty(platform.tempFolder));
+    EXPECT_FALSE(fs::exists(Path("out/MYSKIN012.bsz")));
+    // The root folder is named by the skin name as typed, the information file by the name without blanks.
+    fs::create_directories(Path("check"));
+    BwZip zip;
+    std::string bsi = "keep the stored root name";
+    ASSERT_TRUE(zip.UnZip(Path("out/MYSKIN01.bsz"), Path("check/"), false, true, &bsi)) << zip.LastError();
+    EXPECT_EQ(fs::path(zip.UnpackedFolder()).parent_path().filename(), "My Skin");
+    EXPECT_EQ(ReadINI("Global", "Skin Author", zip.UnpackedFolder() + "MySkin.bsi"), "Ada Designer");
+
+    // No to "Create Another?" kept the skin; Yes makes the editor anew. Titles count characters,
+    // not bytes; a blank in the folder and no extension are fine.
+    EXPECT_EQ(editor.Document().SkinName(), "My Skin");
+    const std::string nineAccents = Path("out/with blanks/\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9");
+    fs::create_directories(Path("out/with blanks"));
+    ChooseSave(nineAccents);
+    CreateSkinPackage(editor, platform);
+    EXPECT_EQ(platform.messages.back().text, kSuccessText);
+    EXPECT_TRUE(fs::is_regular_file(nineAccents));
+    EXPECT_EQ(editor.Document().SkinName(), "");
+    EXPECT_FALSE(editor.Document().KindUsed(SkinSide::Send, 0));
+    EXPECT_EQ(editor.Surface().currentSelection.kind, Selection::Kind::None);
+}
+
+TEST_F(CreationTest, OverwriteNoAndCancelAfterARefusalWriteNothing) {
+    MakeFullSkin();
+    PutBytes(Path("out/OLD.bsz"), "an older package");
+    ChooseSave(Path("out/OLD.bsz"));
+    platform.messageAnswers.push_back(MessageAnswer::No);
+    CreateSkinPackage(editor, platform);
+    EXPECT_EQ(Message(0), (Said{"The file you have specified already exists.\r\nOverwrite?", "Ostervale Skin Fwt.",
+                                MessageIcon::Question, MessageButtons::YesNo}));
+    EXPECT_EQ(platform.log, (Log{"save dialog", "hourglass on", "input off", "picCreating shown",
+                                 "message Ostervale Skin Fwt.", "hourglass off", "input on", "picCreating hidden"}));
+    EXPECT_EQ(Bytes(Path("out/OLD.bsz")), "an older package");
+
+    ChooseSave(Path("out/TOOLONGNAME.bsz"));  // then the dialog is cancelled
+    CreateSkinPackage(editor, platform);
+    EXPECT_EQ(MessageTitles(), (std::vector<std::string>{"Ostervale Skin Fwt.", "Package Name Alert"}));
+    EXPECT_TRUE(fs::is_empty(platform.tempFolder));
+    ExpectIdle();
+}
+
+// Every failure ends the busy state with the failure message; what the run made stays for a look.
+TEST_F(CreationTest, FailuresTakeTheFailurePath) {
+    MakeFullSkin();
+    auto expectFailure = [&](const std::vector<std::string>& titles) {
+        EXPECT_EQ(MessageTitles(), titles);
+        EXPECT_EQ(Message(titles.size() - 1),
+                  (Said{kFailureText, "Script Creation Error", MessageIcon::Information, MessageButtons::Ok}));
+        EXPECT_EQ(Log(platform.log.end() - 4, platform.log.end()),
+                  (Log{"hourglass off", "input on", "picCreating hidden", "message Script Creation Error"}));
+        ExpectIdle();
+        platform.messages.clear();
+    };
+    // A folder left by a failed run in the same second; the old package, deleted after Yes, stays gone.
+    PutBytes(StampFolder() + "/MySkin.bsi", "left behind");
+    PutBytes(Path("out/OLD.bsz"), "an older package");
+    ChooseSave(Path("out/OLD.bsz"));
+    CreateSkinPackage(editor, platform);
+    expectFailure({"Ostervale Skin Fwt.", "Script Creation Error"});
+    EXPECT_EQ(Bytes(StampFolder() + "/MySkin.bsi"), "left behind");
+    EXPECT_FALSE(fs::exists(Path("out/OLD.bsz")));
+
+    // The container cannot read a picture: never reported as success.
+    fs::remove_all(StampFolder());
+    fs::remove(Path("pictures/receive.bmp"));
+    ChooseSave(Path("out/SKIN.bsz"));
+    CreateSkinPackage(editor, platform);
+    expectFailure({"Script Creation Error"});
+    EXPECT_FALSE(fs::exists(Path("out/SKIN.bsz")));
+    EXPECT_TRUE(fs::exists(StampFolder() + "/MySkin.bsi"));
+    EXPECT_EQ(editor.Document().SkinName(), "My Skin");
+
+    // A skin name that is no plain file name writes nowhere.
+    editor.Document().SetSkinName("../../Escape");
+    ChooseSave(Path("out/SKIN.bsz"));
+    CreateSkinPackage(editor, platform);
+    expectFailure({"Script Creation Error"});
+    EXPECT_FALSE(fs::exists(Path("Escape.bsi")));
+    EXPECT_FALSE(fs::exists(Path("out/SKIN.bsz")));
+}
+
+TEST_F(LoadingTest, PackageMadeByCreationComesBackWhole) {
+    MakeFullSkin();
+    const SkinDocument made = editor.Document();
+    ChooseSave(Path("out/MYSKIN.bsz"));
+    CreateSkinPackage(editor, platform);  // Yes to "Create Another?": the editor starts anew
+    ASSERT_EQ(editor.Document().SkinName(), "");
+    platform.log.clear();
+    platform.messages.clear();
+    ChooseOpen(Path("out/MYSKIN.bsz"));
+    LoadSkin(editor, platform);
+
+    EXPECT_EQ(platform.messages.size(), 1u);
+    EXPECT_EQ(Message(0), (Said{kLoadedText, kLoadTitle, MessageIcon::Information, MessageButtons::Ok}));
+    // Unpacked into the time-stamped folder; pictures shown from there, Send first.
+    const std::string folder = StampFolder() + "/";
+    EXPECT_EQ(platform.log, (Log{"open dialog", "hourglass on", "input off", "picLoading shown",
+                                 "load picture " + folder + "send.bmp", "load picture " + folder + "receive.bmp",
+                                 "hourglass off", "picLoading hidden", "input on", "message " + kLoadTitle}));
+    EXPECT_EQ(Bytes(folder + "send.bmp"), PictureBytes(1));
+    EXPECT_EQ(Bytes(folder + "receive.bmp"), PictureBytes(2));
+    ExpectIdle();
+
+    const SkinDocument& doc = editor.Document();
+    EXPECT_EQ(doc.SkinName(), "My Skin");
+    EXPECT_EQ(doc.SkinAuthor(), "Ada Designer");
+    EXPECT_EQ(doc.PictureFileName(SkinSide::Send), "send.bmp");
+    EXPECT_EQ(doc.PicturePath(SkinSide::Receive), folder + "receive.bmp");
+    for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
+        for (const ColourEntry& e : ColourEntries(side)) {
+            EXPECT_EQ(doc.Colour(e.field, e.role), TestColour(e.field, e.role)) << e.key;
+        }
+        for (AreaKind k = 0; k < kAreaKinds; ++k) {
+            EXPECT_TRUE(doc.KindUsed(side, k));
+            EXPECT_EQ(doc.Area(side, k), made.Area(side, k)) << KindInfo(side, k).areaName;
+            EXPECT_FALSE(editor.Surface().menuEnabled[SideIndex(side)][k]);
+        }
+        EXPECT_EQ(doc.BoxCount(side), kAreaKinds);
+    }
+    EXPECT_EQ(doc.Colour(TextField::ReceiveDate, ColourRole::Back),  // not in the file: the start colour stays
+              SkinDocument::InitialColour(TextField::ReceiveDate, ColourRole::Back));
+    EXPECT_EQ(editor.Surface().currSelText, "Current Selection: Receive Close");
+    // The screen showed the loaded skin before the message came up.
+    EXPECT_EQ(view.seen.back(), (std::pair<std::string, std::size_t>{"My Skin", 0}));
+}
+
+TEST_F(LoadingTest, AreaValuesAreLenientAndNothingOfTheEarlierSkinStays) {
+    MakeFullSkin();
+    const std::string bsi = WriteLooseSkin();
+    WriteINI("Send All", "Left", "12abc", bsi);
+    WriteINI("Send All", "Top", "", bsi);  // empty counts as 0
+    WriteINI("Send None", "Width", "1e3", bsi);
+    for (const char* key : {"Left", "Top", "Width", "Height"}) WriteINI("Send Cut", key, "", bsi);
+    ChooseOpen(bsi);
+    LoadSkin(editor, platform);
+    ASSERT_EQ(platform.messages.back().text, kLoadedText);
+
+    const SkinDocument& doc = editor.Document();
+    EXPECT_EQ(doc.SkinName(), "Loose");
+    EXPECT_EQ(doc.SkinAuthor(), "");
+    EXPECT_EQ(doc.PicturePath(SkinSide::Send), Path("loose/s.bmp"));
+    EXPECT_EQ(doc.Colour(TextField::SendUsers, ColourRole::Back), kLightGrey);
+    EXPECT_EQ(doc.Area(SkinSide::Send, 2), (AreaRect{285 + 12, 765 + 0, 300, 200}));
+    EXPECT_EQ(doc.Area(SkinSide::Send, 3).Width, 1000);
+    EXPECT_FALSE(doc.KindUsed(SkinSide::Send, 4));  // the empty section restores nothing
+    EXPECT_TRUE(editor.Surface().menuEnabled[0][4]);
+    EXPECT_EQ(doc.BoxCount(SkinSide::Send), kAreaKinds - 1);
+    // Every other kind is in the file and comes back, empty at the surface origin when never drawn.
+    EXPECT_TRUE(doc.KindUsed(SkinSide::Receive, 0));
+    EXPECT_EQ(doc.Area(SkinSide::Receive, 0), AreaRect{});
+    EXPECT_EQ(doc.Area(SkinSide::Receive, 7), (AreaRect{6235, 1065, 400, 150}));
+    for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
+        for (const BoxElement& b : editor.Surface().Boxes(side)) {
+            const float w = b.rect.Width;
+            EXPECT_TRUE(!b.visible || w == 0 || w == 300 || w == 400 || w == 1000) << w;
+        }
+    }
+}
+
+TEST_F(LoadingTest, ColoursAreStrictAndAFailureKeepsWhatWasRestored) {
+    const std::string bsi = WriteLooseSkin();
+    for (const char* bad : {"12abc", ""}) {
+        platform.messages.clear();
+        WriteINI("Recieve Colours", "Sender Text Colour", bad, bsi);
+        ChooseOpen(bsi);
+        LoadSkin(editor, platform);
+        EXPECT_EQ(platform.messages.size(), 1u);
+        EXPECT_EQ(Message(0), (Said{"An Error has occured while loading the Skin file.\r\n\r\nSkin was not loaded.",
+                                    "Skin Load Error", MessageIcon::Exclamation, MessageButtons::Ok}));
+        EXPECT_EQ(Log(platform.log.end() - 4, platform.log.end()),
+                  (Log{"hourglass off", "picLoading hidden", "input on", "message Skin Load Error"}));
+        ExpectIdle();
+        // Name, the Send side and the Receive picture stay; no Receive area.
+        EXPECT_EQ(view.seen.back().first, "Loose");
+        EXPECT_TRUE(editor.Document().KindUsed(SkinSide::Send, 2));
+        EXPECT_EQ(editor.Document().PictureFileName(SkinSide::Receive), "r.bmp");
+        EXPECT_EQ(editor.Document().BoxCount(SkinSide::Receive), 0);
+    }
+    // A picture that does not load fails as soon as the Send side was cleared.
+    platform.picturesLoad = false;
+    ChooseOpen(bsi);
+    LoadSkin(editor, platform);
+    EXPECT_EQ(platform.messages.back().title, "Skin Load Error");
+    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Send), 0);
+}
+
+TEST_F(LoadingTest, InvalidPackageChangesNothingCancelIsSilentAndOnlyLowerCaseBszUnpacks) {
+    MakeFullSkin();
+    PutBytes(Path("out/broken.bsz"), "<FILETRANSFER>Brindleway File Transfer x</FILETRANSFER>\r\n");
+    ChooseOpen(Path("out/broken.bsz"));
+    LoadSkin(editor, platform);
+    LoadSkin(editor, platform);  // cancelled
+
+    EXPECT_EQ(platform.messages.size(), 1u);
+    EXPECT_EQ(Message(0), (Said{"Invalid Skin Package File.\r\nCannot load Skin Information.", kLoadTitle,
+                                MessageIcon::Exclamation, MessageButtons::Ok}));
+    EXPECT_EQ(platform.log, (Log{"open dialog", "hourglass on", "input off", "picLoading shown", "message " + kLoadTitle,
+                                 "hourglass off", "picLoading hidden", "input on", "open dialog", "hourglass off",
+                                 "picLoading hidden", "input on"}));
+    ExpectIdle();
+    EXPECT_EQ(editor.Document().SkinName(), "My Skin");
+    EXPECT_EQ(editor.Document().PicturePath(SkinSide::Send), Path("pictures/send.bmp"));
+    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Receive), kAreaKinds);
+
+    ChooseOpen(WriteLooseSkin("SKIN.BSZ"));
+    LoadSkin(editor, platform);
+    EXPECT_EQ(platform.messages.back().text, kLoadedText);
+    EXPECT_EQ(editor.Document().PicturePath(SkinSide::Send), Path("loose/s.bmp"));
+    EXPECT_TRUE(fs::is_empty(platform.tempFolder));
+}
+
+TEST_F(LoadingTest, RestoreObjectAreaReplaysOneArea) {
+    // Send is 1, anything else Receive; the kind is text, rounded halves to even; any size comes back.
+    EXPECT_TRUE(RestoreObjectArea(editor, 1, "2", "100", "200", "300", "150"));
+    EXPECT_EQ(editor.Document().Area(SkinSide::Send, 2), (AreaRect{385, 965, 300, 150}));
+    EXPECT_TRUE(RestoreObjectArea(editor, 7, "2.5", "10", "10", "50", "50"));
+    EXPECT_TRUE(editor.Document().KindUsed(SkinSide::Receive, 2));
+    EXPECT_TRUE(RestoreObjectArea(editor, 1, "2", "0", "0", "1", "1"));  // a used kind is named again
+    EXPECT_EQ(editor.Document().Area(SkinSide::Send, 2), (AreaRect{285, 765, 1, 1}));
+    // A kind outside 0..7 changes nothing; one that is no number at all is kind 0.
+    for (const char* kind : {"8", "7.5", "-1"}) EXPECT_FALSE(RestoreObjectArea(editor, 1, kind, "0", "0", "60", "60"));
+    EXPECT_EQ(editor.Document().BoxCount(SkinSide::Send), 2);
+    EXPECT_TRUE(RestoreObjectArea(editor, 1, "abc", "1e300", "-1e300", "1e300", "5"));  // far beyond the surface
+    EXPECT_TRUE(editor.Document().KindUsed(SkinSide::Send, 0));
+}
+
+}  // namespace
+}  // namespace skin::testing

@@ -1,6 +1,6 @@
 #pragma once
-// Helpers of the widget tests: answers to the modal dialog or pop-up menu an action is about to
-// open, and elements found by name.
+// Helpers of the widget tests: answers to the dialog or pop-up menu an action is about to open,
+// and elements found by name.
 
 #include <QtTest>
 #include <QtWidgets>
@@ -15,15 +15,18 @@
 
 namespace skin::testing {
 
-// Polls the event loop (also a modal exec's or a menu's nested loop) until `act` reports that it
-// handled what it waited for; gives up after 5 s, so a missing dialog fails the test.
-inline void WhenReady(std::function<bool()> act)
+// Runs `act` on the next open pop-up menu (W = QMenu) or modal widget of type W, polling the
+// event loop (also a nested one) until `act` closed it; gives up after 5 s, failing the test.
+template <typename W = QWidget>
+void WhenOpen(std::type_identity_t<std::function<void(W*)>> act)
 {
     auto* poll = new QTimer(qApp);
-    auto started = std::make_shared<QElapsedTimer>();
-    started->start();
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, act, started] {
-        if (act() || started->elapsed() > 5000) {
+    const QDeadlineTimer deadline(5000);
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, act, deadline] {
+        auto* open = qobject_cast<W*>(std::is_same_v<W, QMenu> ? QApplication::activePopupWidget()
+                                                                : QApplication::activeModalWidget());
+        if (open != nullptr && open->isVisible()) act(open);
+        if ((open != nullptr && !open->isVisible()) || deadline.hasExpired()) {
             poll->stop();
             poll->deleteLater();
         }
@@ -31,27 +34,13 @@ inline void WhenReady(std::function<bool()> act)
     poll->start(10);
 }
 
-template <typename Dialog = QWidget>
-void AnswerModal(std::type_identity_t<std::function<void(Dialog*)>> act)
-{
-    WhenReady([act] {
-        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr || !dialog->isVisible()) return false;
-        act(dialog);
-        return !dialog->isVisible();
-    });
-}
-
 // The next pop-up menu picks the named item with the keyboard; an empty name dismisses it.
-inline void AnswerMenu(const QString& itemName, std::function<void(QMenu*)> check = {})
+inline void AnswerMenu(const QString& item, std::function<void(QMenu*)> check = {})
 {
-    WhenReady([itemName, check] {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (menu == nullptr) return false;
+    WhenOpen<QMenu>([item, check](QMenu* menu) {
         if (check) check(menu);
-        if (!itemName.isEmpty()) menu->setActiveAction(menu->findChild<QAction*>(itemName));
-        QTest::keyClick(menu, itemName.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
-        return !menu->isVisible();
+        if (!item.isEmpty()) menu->setActiveAction(menu->findChild<QAction*>(item));
+        QTest::keyClick(menu, item.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
     });
 }
 

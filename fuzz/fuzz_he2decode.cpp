@@ -1,24 +1,16 @@
-// The HE2 decoder on arbitrary bytes: it must never crash, read out of bounds or hang, and its
-// result (bytes or error) must be the one the literal, bit-by-bit decoder gives.
+// The HE2 decoder on arbitrary bytes: no crash, no read out of bounds, no hang, and the same
+// result (bytes or error) as the literal decoder.
 #include <cstdint>
 #include <cstdlib>
-#include <string>
-#include <variant>
 
 #include "../tests/unit/huffman/literalhuffman.h"
-#include "huffmancoding.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string stream(reinterpret_cast<const char*>(data), size);
-    const auto fast = skin::HuffmanDecode(stream);
-    const auto literal = skin::literal::Decode(stream);
-    if (fast.index() != literal.index()) std::abort();
-    if (const auto* bytes = std::get_if<std::string>(&fast)) {
-        if (*bytes != std::get<std::string>(literal)) std::abort();
-    } else {
-        const auto& a = std::get<skin::CodecError>(fast);
-        const auto& b = std::get<skin::CodecError>(literal);
-        if (a.number != b.number || a.source != b.source || a.description != b.description) std::abort();
-    }
+    auto key = [](const std::variant<std::string, skin::CodecError>& result) {
+        const auto* e = std::get_if<skin::CodecError>(&result);
+        return e ? std::to_string(e->number) + e->source + "\n" + e->description : "ok\n" + std::get<std::string>(result);
+    };
+    if (key(skin::HuffmanDecode(stream)) != key(skin::literal::Decode(stream))) std::abort();
     return 0;
 }

@@ -1,8 +1,7 @@
 #pragma once
-// A slow, literal HE2 coder: the stream format's steps one by one, a node per allocation, codes
-// as bit lists, bit-by-bit payloads. The fast coder must agree with it byte for byte and error
-// for error. Also used by the fuzz targets.
-
+// A slow, literal HE2 coder: one allocation per tree node, codes as strings of '0' and '1', the
+// payload walked bit by bit. The fast coder must agree with it byte for byte and error for error.
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,213 +18,133 @@ struct Node {
     double Weight = 0;
     bool IsLeaf = false;
     unsigned char Symbol = 0;
-    std::vector<int> Code;
     std::unique_ptr<Node> ChildOne, ChildZero;
 };
 
-inline void AssignCodes(Node* node, std::vector<int> sequence, Node* codeTable[256]) {
-    if (node == nullptr) return;
-    if (node->IsLeaf) {
-        node->Code = sequence;
-        codeTable[node->Symbol] = node;
-        return;
-    }
-    sequence.push_back(1);
-    AssignCodes(node->ChildOne.get(), sequence, codeTable);
-    sequence.back() = 0;
-    AssignCodes(node->ChildZero.get(), sequence, codeTable);
+// Bits packed first bit lowest, as code fields and payloads hold them.
+inline std::string PackBits(std::string_view bits) {
+    std::string out((bits.size() + 7) / 8, '\0');
+    for (std::size_t i = 0; i < bits.size(); ++i)
+        if (bits[i] == '1') out[i / 8] = static_cast<char>(out[i / 8] | (1 << (i % 8)));
+    return out;
 }
 
-inline std::string PackCodeBits(const std::vector<int>& code) {
-    std::string out(1, static_cast<char>(code.size()));
-    int current = 0;
-    for (std::size_t i = 0; i < code.size(); ++i) {
-        if (i % 8 == 0) {
-            if (i != 0) out.push_back(static_cast<char>(current));
-            current = 0;
-        }
-        if (code[i] == 1) current += 1 << (i % 8);
+inline void AssignCodes(const Node* node, std::string sequence, std::string codes[256]) {
+    if (node == nullptr) return;
+    if (node->IsLeaf) {
+        codes[node->Symbol] = sequence;
+        return;
     }
-    out.push_back(static_cast<char>(current));
-    return out;
+    AssignCodes(node->ChildOne.get(), sequence + '1', codes);
+    AssignCodes(node->ChildZero.get(), sequence + '0', codes);
 }
 
 inline std::string Encode(std::string_view data, bool force) {
-    const std::string he0 = std::string("HE0\r") + std::string(data);
     if (data.empty()) return "HE0\r";
     std::int32_t counter[256] = {};
-    for (unsigned char b : data) counter[b] += 1;
+    for (unsigned char b : data) ++counter[b];
     std::vector<std::unique_ptr<Node>> work;  // heaviest first
-    auto insert = [&](std::unique_ptr<Node> node) {
-        for (std::size_t i = 0; i < work.size(); ++i) {
-            if (node->Weight >= work[i]->Weight) {
-                work.insert(work.begin() + static_cast<std::ptrdiff_t>(i), std::move(node));
-                return;
-            }
-        }
-        work.push_back(std::move(node));
+    auto insert = [&](double weight, bool leaf, int symbol, std::unique_ptr<Node> one, std::unique_ptr<Node> zero) {
+        auto at = work.begin();
+        while (at != work.end() && weight < (*at)->Weight) ++at;
+        work.insert(at, std::make_unique<Node>(Node{weight, leaf, static_cast<unsigned char>(symbol), std::move(one), std::move(zero)}));
     };
-    for (int b = 0; b < 256; ++b) {
-        if (counter[b] < 1) continue;
-        auto leaf = std::make_unique<Node>();
-        leaf->Symbol = static_cast<unsigned char>(b);
-        leaf->IsLeaf = true;
-        leaf->Weight = static_cast<double>(counter[b]) / static_cast<double>(data.size());
-        insert(std::move(leaf));
-    }
-    if (work.size() == 1) {
-        auto root = std::make_unique<Node>();
-        root->ChildOne = std::move(work[0]);
-        root->Weight = 1;
-        work.clear();
-        work.push_back(std::move(root));
-    }
+    for (int b = 0; b < 256; ++b)
+        if (counter[b] > 0) insert(static_cast<double>(counter[b]) / static_cast<double>(data.size()), true, b, nullptr, nullptr);
+    if (work.size() == 1) work[0] = std::make_unique<Node>(Node{1, false, 0, std::move(work[0]), nullptr});
     while (work.size() > 1) {
-        auto node = std::make_unique<Node>();
-        node->ChildZero = std::move(work.back());
+        auto zero = std::move(work.back());
         work.pop_back();
-        node->ChildOne = std::move(work.back());
+        auto one = std::move(work.back());
         work.pop_back();
-        node->Weight = node->ChildOne->Weight + node->ChildZero->Weight;
-        insert(std::move(node));
+        const double weight = one->Weight + zero->Weight;
+        insert(weight, false, 0, std::move(one), std::move(zero));
     }
-    Node* codeTable[256] = {};
-    AssignCodes(work[0].get(), {}, codeTable);
-    std::string table;
-    for (int b = 0; b < 256; ++b) {
-        if (codeTable[b] == nullptr) continue;
-        table.push_back(static_cast<char>(b));
-        table += PackCodeBits(codeTable[b]->Code);
-    }
-    std::string out = "HE2\r" + std::to_string(table.size()) + "\r" + table;
-    int checksum = 0;
-    for (unsigned char b : data) checksum ^= b;
-    out.push_back(static_cast<char>(checksum));
-    out += std::to_string(data.size()) + "\r";
-    int current = 0, k = -1;
+    std::string codes[256];
+    AssignCodes(work[0].get(), "", codes);
+    std::string table, bits;
+    char checksum = 0;
+    for (int b = 0; b < 256; ++b)
+        if (!codes[b].empty()) table += std::string{static_cast<char>(b), static_cast<char>(codes[b].size())} + PackBits(codes[b]);
     for (unsigned char b : data) {
-        for (int bit : codeTable[b]->Code) {
-            k += 1;
-            if (bit == 1) current += 1 << k;
-            if (k == 7) {
-                out.push_back(static_cast<char>(current));
-                current = 0;
-                k = -1;
-            }
-        }
+        checksum = static_cast<char>(checksum ^ b);
+        bits += codes[b];
     }
-    if (k > -1) out.push_back(static_cast<char>(current));
-    if (out.size() > data.size() && !force) return he0;
-    return out;
+    const std::string out = "HE2\r" + std::to_string(table.size()) + "\r" + table + checksum +
+                            std::to_string(data.size()) + "\r" + PackBits(bits);
+    return out.size() > data.size() && !force ? "HE0\r" + std::string(data) : out;
 }
 
-// The same length rule as the fast decoder: optional sign, decimal digits, fits 32 bits.
-inline std::optional<std::int32_t> ToLength(const std::string& text) {
-    std::size_t i = 0;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    if (i == text.size()) return std::nullopt;
+// An optional sign and decimal digits whose value fits 32 bits.
+inline std::optional<std::int32_t> ToLength(std::string_view text) {
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
+    if (text.empty() || text.find_first_not_of("0123456789") != text.npos) return std::nullopt;
     long long value = 0;
-    for (; i < text.size(); ++i) {
-        if (text[i] < '0' || text[i] > '9') return std::nullopt;
-        value = value * 10 + (text[i] - '0');
-        if (value > 2147483648LL) return std::nullopt;
-    }
-    if (negative) value = -value;
-    if (value > 2147483647LL) return std::nullopt;
+    for (char c : text) value = std::min(value * 10 + (c - '0'), 1LL << 32);
+    value = negative ? -value : value;
+    if (value < INT32_MIN || value > INT32_MAX) return std::nullopt;
     return static_cast<std::int32_t>(value);
 }
 
-inline std::variant<std::string, CodecError> Decode(std::string sData) {
-    auto fail = [](std::string_view description) {
+inline std::variant<std::string, CodecError> Decode(std::string s) {
+    auto fail = [](std::string_view description) -> std::variant<std::string, CodecError> {
         return CodecError{kHuffmanErrorNumber, std::string(kHuffmanErrorSource), std::string(description)};
     };
-    const CodecError invalid{kInvalidArgumentNumber, std::string(kHuffmanErrorSource),
-                             std::string(kInvalidArgumentDescription)};
-    if (sData.substr(0, 4) == "HE0\r") return sData.substr(4);
-    if (sData.substr(0, 4) != "HE2\r") return fail(kHuffmanNotHe2);
-    sData = sData.substr(4);
-    std::size_t cr = sData.find('\r');
-    if (cr == std::string::npos) return fail(kHuffmanNotHe2);
-    auto t = ToLength(sData.substr(0, cr));
+    const CodecError invalid{kInvalidArgumentNumber, std::string(kHuffmanErrorSource), std::string(kInvalidArgumentDescription)};
+    if (s.starts_with("HE0\r")) return s.substr(4);
+    if (!s.starts_with("HE2\r")) return fail(kHuffmanNotHe2);
+    std::size_t cr = s.find('\r', 4);
+    if (cr == s.npos) return fail(kHuffmanNotHe2);
+    const auto t = ToLength(std::string_view(s).substr(4, cr - 4));
     if (!t) return fail(kHuffmanHeaderCorrupt);
-    sData = sData.substr(cr + 1);
     if (*t < 0) return invalid;
-    std::string table = sData.substr(0, static_cast<std::size_t>(*t));
-    sData = sData.substr(table.size());
+    const std::string table = s.substr(cr + 1, static_cast<std::size_t>(*t));
+    s = s.substr(cr + 1 + table.size());
 
     Node root;
-    std::size_t p = 1;  // 1-based, as the format describes it
-    auto byteAt = [&](std::size_t position) -> std::optional<int> {
-        if (position < 1 || position > table.size()) return std::nullopt;
-        return static_cast<unsigned char>(table[position - 1]);
-    };
-    while (p <= table.size()) {
-        const int symbol = *byteAt(p);
-        p += 1;
-        // ReadCodeEntry
-        auto n = byteAt(p);
-        if (!n) return invalid;
-        p += 1;
-        std::vector<int> code;
-        int current = 0;
-        for (int i = 0; i < *n; ++i) {
-            if (i % 8 == 0) {
-                auto b = byteAt(p);
-                if (!b) return invalid;
-                current = *b;
-                p += 1;
-            }
-            code.push_back((current >> (i % 8)) & 1);
-        }
+    for (std::size_t p = 0; p < table.size();) {
+        const auto symbol = static_cast<unsigned char>(table[p++]);
+        if (p == table.size()) return invalid;
+        const int n = static_cast<unsigned char>(table[p++]);
+        if (p + (n + 7) / 8 > table.size()) return invalid;
         Node* node = &root;
-        for (int bit : code) {
-            auto& child = bit == 1 ? node->ChildOne : node->ChildZero;
+        for (int i = 0; i < n; ++i) {
+            auto& child = (static_cast<unsigned char>(table[p + i / 8]) >> (i % 8) & 1) ? node->ChildOne : node->ChildZero;
             if (!child) child = std::make_unique<Node>();
             node = child.get();
         }
+        p += (n + 7) / 8;
         node->IsLeaf = true;
-        node->Symbol = static_cast<unsigned char>(symbol);
-        node->Code = code;
+        node->Symbol = symbol;
     }
-    if (sData.empty()) return invalid;
-    const int stored = static_cast<unsigned char>(sData[0]);
-    sData = sData.substr(1);
-    cr = sData.find('\r');
-    if (cr == std::string::npos) return fail(kHuffmanHeaderCorrupt);
-    auto length = ToLength(sData.substr(0, cr));
+    if (s.empty()) return invalid;
+    const auto stored = static_cast<unsigned char>(s[0]);
+    cr = s.find('\r', 1);
+    if (cr == s.npos) return fail(kHuffmanHeaderCorrupt);
+    const auto length = ToLength(std::string_view(s).substr(1, cr - 1));
     if (!length) return fail(kHuffmanHeaderCorrupt);
-    const std::string payload = sData.substr(cr + 1);
-    // The one rule ahead of the bit walk: a claim of more than one byte per payload bit fails at
-    // once, before anything is allocated.
-    if (*length > 0 && static_cast<long long>(*length) > 8LL * static_cast<long long>(payload.size()))
-        return fail(kHuffmanExpectingMoreBytes);
+    const std::string payload = s.substr(cr + 1);
+    // A claim of more than one byte per payload bit fails at once, before anything is allocated.
+    if (*length > 0 && *length > 8LL * static_cast<long long>(payload.size())) return fail(kHuffmanExpectingMoreBytes);
 
     std::string output;
     const Node* node = &root;
-    std::size_t q = 1;
-    int k = -1, current = 0;
+    std::size_t bit = 0;
     while (static_cast<long long>(output.size()) < *length) {
-        if (k == -1) {
-            if (q > payload.size()) return fail(kHuffmanExpectingMoreBytes);
-            current = static_cast<unsigned char>(payload[q - 1]);
-            q += 1;
-        }
-        k += 1;
-        const int bit = (current >> k) & 1;
-        node = bit == 1 ? node->ChildOne.get() : node->ChildZero.get();
+        if (bit / 8 == payload.size()) return fail(kHuffmanExpectingMoreBytes);
+        node = (static_cast<unsigned char>(payload[bit / 8]) >> (bit % 8) & 1) ? node->ChildOne.get() : node->ChildZero.get();
+        ++bit;
         if (node == nullptr) return fail(kHuffmanLookupTableCorrupt);
         if (node->IsLeaf) {
             output.push_back(static_cast<char>(node->Symbol));
             node = &root;
         }
-        if (k == 7) k = -1;
     }
-    if (q <= payload.size()) return fail(kHuffmanExtraBytes);
-    if (static_cast<long long>(output.size()) != *length) return fail(kHuffmanChecksumMismatch);
-    int checksum = 0;
+    if ((bit + 7) / 8 < payload.size()) return fail(kHuffmanExtraBytes);
+    unsigned char checksum = 0;
     for (unsigned char b : output) checksum ^= b;
-    if (checksum != stored) return fail(kHuffmanChecksumMismatch);
+    if (static_cast<long long>(output.size()) != *length || checksum != stored) return fail(kHuffmanChecksumMismatch);
     return output;
 }
 

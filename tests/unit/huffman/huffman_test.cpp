@@ -1,0 +1,255 @@
+// The HE2 coder: the worked streams byte for byte, the decoder's errors and length fields, and
+// agreement with the literal coder on random, hand-built and damaged streams. Set HE2_SEED to
+// replay a seed printed on failure.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <new>
+#include <random>
+#include <string>
+
+#include "huffmancoding.h"
+#include "literalhuffman.h"
+
+// The largest single allocation, to show that an impossible length claim allocates nothing.
+namespace {
+std::size_t gLargestAllocation = 0;
+}
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+void* operator new(std::size_t size) {
+    gLargestAllocation = std::max(gLargestAllocation, size);
+    if (void* p = std::malloc(size ? size : 1)) return p;
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { ::operator delete(p); }
+
+namespace skin::testing {
+namespace {
+
+using Result = std::variant<std::string, CodecError>;
+
+std::string Bytes(std::initializer_list<int> values) { return std::string(values.begin(), values.end()); }
+
+std::string Show(const Result& result) {
+    if (const auto* e = std::get_if<CodecError>(&result)) return std::to_string(e->number) + " " + e->source + " " + e->description;
+    const std::string& bytes = std::get<std::string>(result);
+    return bytes.size() < 64 ? "\"" + bytes + "\"" : std::to_string(bytes.size()) + " bytes, hash " + std::to_string(std::hash<std::string>{}(bytes));
+}
+
+const std::string kFourA = Bytes({0x48, 0x45, 0x32, 0x0D, 0x33, 0x0D, 0x41, 0x01, 0x01, 0x00, 0x34, 0x0D, 0x0F});
+const std::string kAbracadabra = Bytes({0x48, 0x45, 0x32, 0x0D, 0x31, 0x35, 0x0D, 0x61, 0x01, 0x00, 0x62, 0x03, 0x03, 0x63, 0x03,
+                                        0x01, 0x64, 0x03, 0x05, 0x72, 0x03, 0x07, 0x66, 0x31, 0x31, 0x0D, 0x76, 0x51, 0x3B});
+
+TEST(HuffmanEncode, WorkedExamplesAndTheChosenForm) {
+    const std::string thirty = std::string(16, 'a') + std::string(8, 'b') + std::string(4, 'c') + std::string(2, 'd');
+    // Exactly as long as its input, so HE2 is kept whatever the force flag says.
+    const std::string thirtyStream = Bytes({0x48, 0x45, 0x32, 0x0D, 0x31, 0x32, 0x0D, 0x61, 0x01, 0x01, 0x62, 0x02, 0x02, 0x63, 0x03,
+                                            0x04, 0x64, 0x03, 0x00, 0x00, 0x33, 0x30, 0x0D, 0xFF, 0xFF, 0xAA, 0xAA, 0x24, 0x09, 0x00});
+    const struct {
+        std::string input;
+        bool force;
+        std::string stream;
+    } cases[] = {
+        {"", true, "HE0\r"},        {"AAAA", true, kFourA},         {"AAAA", false, "HE0\rAAAA"},
+        {"abracadabra", true, kAbracadabra}, {"abracadabra", false, "HE0\rabracadabra"},
+        {thirty, true, thirtyStream}, {thirty, false, thirtyStream},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(HuffmanEncode(c.input, c.force), c.stream) << c.input << ", force " << c.force;
+        EXPECT_EQ(Show(HuffmanDecode(c.stream)), Show(c.input));
+    }
+}
+
+CodecError Failure(const char* description) { return {-2147221504, "HuffmanDecode()", description}; }
+const CodecError kInvalid{5, "HuffmanDecode()", "Invalid procedure call or argument"};
+const CodecError kNotHe2 = Failure("The data either was not compressed with HE2 or is corrupt");
+const CodecError kHeader = Failure("The header is corrupt");
+const CodecError kMore = Failure("Expecting more bytes in data stream");
+const CodecError kTable = Failure("The header (lookup table) is corrupt");
+const CodecError kExtra = Failure("Found extra bytes at end of data stream");
+const CodecError kSums = Failure("Data corrupt because check sums do not match");
+
+// "HE2" CR, table length CR, table, checksum byte, output length CR, payload.
+std::string Stream(const std::string& t, const std::string& table, char checksum, const std::string& l, const std::string& payload) {
+    return "HE2\r" + t + "\r" + table + checksum + l + "\r" + payload;
+}
+
+TEST(HuffmanDecode, ErrorsLengthFieldsAndTreeWalk) {
+    const std::string a1 = Bytes({'A', 1, 1});  // 'A' with the code 1
+    std::string wrongChecksum = kAbracadabra;
+    wrongChecksum[22] = 0x67;
+    const std::pair<std::string, Result> cases[] = {
+        {std::string("HE0\r\r\n\0x", 8), std::string("\r\n\0x", 4)},
+        {kFourA + "x", kExtra},
+        {kFourA.substr(0, 12), kMore},
+        {wrongChecksum, kSums},
+        {Bytes({0x48, 0x45, 0x31, 0x0D}) + kFourA.substr(4), kNotHe2},
+        {"HE2\r12345", kNotHe2},
+        {"HE2\rx\r", kHeader},
+        {Stream("0", "", 0, "1", "\x01"), kTable},
+        {"HE2\r3\r" + a1 + '\0' + "4", kHeader},
+        {Stream("-1", a1, 0, "4", "\x0F"), kInvalid},
+        {Stream("1", "A", 0, "4", "\x0F"), kInvalid},
+        {Stream("3", Bytes({'A', 9, 1}), 0, "4", "\x0F"), kInvalid},
+        {"HE2\r3\r" + a1, kInvalid},
+        {Stream("3", a1, 0, "4", "\xFF"), "AAAA"},  // unused high bits are ignored
+        {Stream("3", a1, 0, "-5", "\x0F"), kExtra},
+        // Length fields: an optional sign and decimal digits that fit 32 bits.
+        {Stream("+3", a1, 0, "+4", "\x0F"), "AAAA"},
+        {Stream("003", a1, 0, "0004", "\x0F"), "AAAA"},
+        {Stream("-0", "", 0, "-0", ""), ""},
+        {Stream("2147483647", a1, 0, "4", "\x0F"), kInvalid},
+        {Stream("3", a1, 0, "-2147483648", ""), kSums},
+        {Stream(" 3", a1, 0, "4", "\x0F"), kHeader},
+        {Stream("3", a1, 0, "4 ", "\x0F"), kHeader},
+        {Stream("0x3", a1, 0, "4", "\x0F"), kHeader},
+        {Stream("3", a1, 0, "4e0", "\x0F"), kHeader},
+        {Stream("3", a1, 0, "-", "\x0F"), kHeader},
+        {Stream("3", a1, 0, "", "\x0F"), kHeader},
+        {Stream("3", a1, 0, "2147483648", "\x0F"), kHeader},
+        {Stream("-2147483649", a1, 0, "4", "\x0F"), kHeader},
+        // More than 8 bytes per payload byte fails before the tree is walked.
+        {Stream("0", "", 0, "9", "\x01"), kMore},
+        {Stream("3", a1, 0, "8", "\xFF"), "AAAAAAAA"},
+        // A later entry replaces the symbol, a leaf on the way restarts at the root, and the
+        // root (an empty code) is never a leaf.
+        {Stream("6", Bytes({'A', 1, 1, 'B', 1, 1}), 0, "2", "\x03"), "BB"},
+        {Stream("6", Bytes({'A', 1, 1, 'B', 2, 3}), 0, "2", "\x03"), "AA"},
+        {Stream("5", Bytes({'Z', 0, 'A', 1, 1}), 'A', "1", "\x01"), "A"},
+    };
+    for (const auto& [stream, expected] : cases) EXPECT_EQ(Show(HuffmanDecode(stream)), Show(expected)) << Show(stream);
+
+    gLargestAllocation = 0;
+    const Result claim = HuffmanDecode(Stream("3", a1, 0, "2147483647", "\xFF\xFF"));
+    EXPECT_LT(gLargestAllocation, 1000u);
+    EXPECT_EQ(Show(claim), Show(kMore));
+}
+
+unsigned Seed(unsigned offset) {
+    const char* text = std::getenv("HE2_SEED");
+    return (text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : 4242u) + offset;
+}
+
+std::string Noise(std::mt19937& rng, std::size_t size) {
+    std::string out(size, '\0');
+    for (auto& c : out) c = static_cast<char>(rng());
+    return out;
+}
+
+// Uniform, two-valued, short five-valued, single-valued, skewed, or with counts that tie often.
+std::string RandomInput(std::mt19937& rng) {
+    const unsigned shape = rng() % 6, first = rng();
+    std::string out(shape == 2 ? 1 + rng() % 12 : 1 + rng() % 8000, '\0');
+    if (shape == 5) {
+        out.clear();
+        for (int s = 1 + rng() % 60; s > 0; --s) out.append((1 + rng() % 4) * (1 + s % 3), static_cast<char>(rng()));
+        std::shuffle(out.begin(), out.end(), rng);
+    }
+    const unsigned alphabet[] = {256, 2, 5, 1};
+    std::geometric_distribution<unsigned> skew(0.3);
+    for (auto& c : out)
+        if (shape < 5) c = static_cast<char>(first + (shape == 4 ? std::min(skew(rng), 255u) * 7 : rng() % alphabet[shape]));
+    return out;
+}
+
+TEST(HuffmanEncode, AgreesWithTheLiteralEncoderAndRoundTrips) {
+    SCOPED_TRACE(Seed(0));
+    std::mt19937 rng(Seed(0));
+    std::vector<std::string> inputs;
+    for (int round = 0; round < 600; ++round) inputs.push_back(RandomInput(rng));
+    // Fibonacci counts make the deepest tree: 34 symbols in 15 MB give a 33-bit code.
+    std::string deep;
+    for (std::uint64_t s = 0, a = 1, b = 1; s < 34; ++s, b = std::exchange(a, b) + b) deep.append(a, static_cast<char>(s));
+    std::shuffle(deep.begin(), deep.end(), rng);
+    inputs.push_back(deep);
+    for (const auto& input : inputs) {
+        for (bool force : {false, true}) {
+            const std::string stream = HuffmanEncode(input, force);
+            ASSERT_TRUE(stream == literal::Encode(input, force)) << Show(input) << ", force " << force;
+            ASSERT_EQ(Show(HuffmanDecode(stream)), Show(input));
+        }
+    }
+}
+
+// An HE2 stream of `data` under any code book, prefix-free or not.
+std::string HandStream(const std::map<unsigned char, std::string>& book, const std::string& data) {
+    std::string table, bits;
+    char checksum = 0;
+    for (const auto& [symbol, code] : book) table += std::string{static_cast<char>(symbol), static_cast<char>(code.size())} + literal::PackBits(code);
+    for (char c : data) {
+        checksum = static_cast<char>(checksum ^ c);
+        bits += book.at(static_cast<unsigned char>(c));
+    }
+    return "HE2\r" + std::to_string(table.size()) + "\r" + table + checksum + std::to_string(data.size()) + "\r" + literal::PackBits(bits);
+}
+
+// Random codes of up to 14, 80 or 255 bits, with overlaps, repeats and gaps.
+std::string RandomHandStream(std::mt19937& rng) {
+    std::map<unsigned char, std::string> book;
+    const unsigned longest[] = {14, 14, 80, 255};
+    const unsigned limit = longest[rng() % 4];
+    for (int e = 1 + rng() % 40; e > 0; --e) {
+        std::string code(1 + rng() % limit, '0');
+        for (auto& b : code) b = rng() % 2 ? '1' : '0';
+        book[static_cast<unsigned char>(rng() % 64)] = code;
+    }
+    std::string data(rng() % 6000, '\0');
+    for (auto& c : data) c = static_cast<char>(std::next(book.begin(), rng() % book.size())->first);
+    return HandStream(book, data);
+}
+
+// One byte replaced, flipped, removed or inserted, a cut, or a stray digit, sign or CR.
+std::string Mutate(std::string stream, std::mt19937& rng) {
+    if (stream.empty()) return Noise(rng, 1);
+    const std::size_t at = rng() % stream.size();
+    switch (rng() % 6) {
+        case 0: stream[at] = static_cast<char>(rng()); break;
+        case 1: stream[at] = static_cast<char>(stream[at] ^ (1 << rng() % 8)); break;
+        case 2: stream.erase(at, 1); break;
+        case 3: stream.insert(at, 1, static_cast<char>(rng())); break;
+        case 4: stream.resize(at); break;
+        default: stream[at] = "0123456789-+\r"[rng() % 13];
+    }
+    return stream;
+}
+
+TEST(HuffmanDecode, AgreesWithTheLiteralDecoder) {
+    SCOPED_TRACE(Seed(2));
+    std::mt19937 rng(Seed(2));
+    for (int round = 0; round < 4500; ++round) {
+        std::string stream = round % 3 == 0 ? HuffmanEncode(RandomInput(rng), rng() % 2)
+                             : round % 3 == 1 ? "HE2\r" + std::to_string(rng() % 40) + "\r" + Noise(rng, rng() % 40) +
+                                                    std::to_string(rng() % 300) + "\r" + Noise(rng, rng() % 60)
+                                              : RandomHandStream(rng);
+        for (int m = static_cast<int>(rng() % 3); m > 0; --m) stream = Mutate(stream, rng);
+        ASSERT_EQ(Show(HuffmanDecode(stream)), Show(literal::Decode(stream))) << "round " << round;
+    }
+}
+
+TEST(HuffmanDecode, LongStreamsAndLongCodesAgree) {
+    SCOPED_TRACE(Seed(4));
+    std::mt19937 rng(Seed(4));
+    // Symbol s has s zeros and a 1; the last has 255 zeros.
+    std::map<unsigned char, std::string> comb;
+    for (int s = 0; s < 256; ++s) comb[static_cast<unsigned char>(s)] = s < 255 ? std::string(s, '0') + "1" : std::string(255, '0');
+    std::geometric_distribution<int> pick(0.4);
+    for (int round = 0; round < 10; ++round) {
+        std::string data(round % 2 ? 1 + rng() % 100000 : (1u << 20) + rng() % (2u << 20), '\0');
+        for (auto& c : data) c = static_cast<char>(rng() % 500 == 0 ? static_cast<int>(rng() % 256) : std::min(pick(rng), 40));
+        const std::string stream = round % 4 < 2 ? HandStream(comb, data) : HuffmanEncode(data, true);
+        ASSERT_EQ(Show(HuffmanDecode(stream)), Show(data)) << "round " << round;
+        for (int m = 0; m < 3; ++m) {
+            std::string changed = stream;
+            const std::size_t at = stream.size() / 3 + rng() % (stream.size() - stream.size() / 3);
+            if (m == 2) changed.resize(at);
+            else changed[at] = static_cast<char>(changed[at] ^ (1 << rng() % 8));
+            ASSERT_EQ(Show(HuffmanDecode(changed)), Show(literal::Decode(changed))) << "round " << round << " change " << m;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace skin::testing

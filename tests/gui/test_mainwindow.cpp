@@ -194,7 +194,7 @@ private slots:
     }
 
     // Each item twice: chosen, then chosen again from the pop-up (no change, one more activation).
-    void optionItemsActAndStartingAnewResetsThem()
+    void optionItemsStartingAnewAndTheLinkLabel()
     {
         QVERIFY(platform->webPages.empty());  // the start-up selection of item 0 did nothing
         const QString site = QStringLiteral("https://www.ostervale.example/");
@@ -229,17 +229,13 @@ private slots:
         QCOMPARE(editorStarts, 1);
         QCOMPARE(list->currentIndex(), 0);
         QCOMPARE(platform->webPages, pages);
-        QVERIFY(window->isVisible());
-    }
 
-    void linkLabelOpensHomePage()
-    {
-        QWidget* link = element("lblCopyRight");
+        QWidget* link = element("lblCopyRight");  // the link label opens the home page on a left click
         QCOMPARE(link->cursor().shape(), Qt::BitmapCursor);
         QTest::mouseClick(link, Qt::RightButton, {}, QPoint(5, 5));
-        QVERIFY(platform->webPages.empty());
+        QCOMPARE(platform->webPages, pages);
         QTest::mouseClick(link, Qt::LeftButton, {}, QPoint(5, 5));
-        QCOMPARE(platform->webPages, std::vector<std::string>{"https://www.ostervale.example/default.asp"});
+        QCOMPARE(platform->webPages.back(), (site + "default.asp").toStdString());
     }
 
     void opensOnceClosesAndReopensRebuilt()
@@ -249,7 +245,6 @@ private slots:
         QCOMPARE(showHelp(), help.data());  // shown again: the same window, brought forward
         const QWidgetList all = QApplication::topLevelWidgets();
         QCOMPARE(std::count_if(all.begin(), all.end(), [](QWidget* w) { return qobject_cast<FrmHelp*>(w); }), 1);
-        QCOMPARE(help->objectName(), QStringLiteral("frmHelp"));
         QCOMPARE(help->size(), QSize(680, 272));
         QCOMPARE(help->windowHandle()->transientParent(), window->windowHandle());
         QVERIFY(help->windowFlags().testFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint));

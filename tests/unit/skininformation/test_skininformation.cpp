@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -30,15 +29,10 @@ constexpr SkinSide kReceive = SkinSide::Receive;
 // A fresh folder per test, and a file's exact bytes.
 class ScratchFolder : public ::testing::Test {
 protected:
-    const std::filesystem::path folder_ =
-        std::filesystem::temp_directory_path() /
+    const std::filesystem::path folder_ = std::filesystem::temp_directory_path() /
         ("skininformation-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) + "-" +
          std::to_string(::getpid()));
-
-    void SetUp() override {
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-    }
+    void SetUp() override { std::filesystem::create_directories(folder_); }
     void TearDown() override { std::filesystem::remove_all(folder_); }
     std::string Path(const std::string& name) const { return (folder_ / name).string(); }
     static std::string Bytes(const std::string& path) {
@@ -74,10 +68,11 @@ TEST(Windows1252, MapsTheTableBothWaysAndEverythingElseToOneQuestionMarkPerChara
     for (const auto& [utf8, bytes] : unmappable) EXPECT_EQ(ToWindows1252(utf8), bytes) << utf8;
 }
 
-TEST_F(IniTest, WritesEntriesWhereTheProfileHelperWould) {
+TEST_F(IniTest, WritesEntriesWhereTheProfileHelperWouldInWindows1252) {
     const std::string file = Path("a.ini");
-    EXPECT_TRUE(WriteINI("A", "one", "a rather long value", file));
-    EXPECT_EQ(Bytes(file), "[A]\r\none=a rather long value\r\n");
+    EXPECT_TRUE(WriteINI("A", "one", "Zo\u00eb \u20acuro \u4e2d", file));
+    EXPECT_EQ(Bytes(file), "[A]\r\none=Zo\xeb \x80uro ?\r\n");
+    EXPECT_EQ(ReadINI("A", "one", file), "Zo\u00eb \u20acuro ?");
     WriteINI("B", "two", "2", file);
     WriteINI("a", "Three", "3", file);  // after A's last key, before B
     WriteINI("A", "ONE", "uno", file);  // in place, the file keeps its spelling
@@ -113,27 +108,22 @@ TEST_F(IniTest, ReadsHandMadeFilesAndNothingFromMissingOnes) {
     }
 }
 
-TEST_F(IniTest, TextIsWindows1252OnDiskAndReadsBackAsUtf8CutAt254Characters) {
-    const std::string file = Path("text.ini");
+TEST_F(IniTest, LongValuesAreWrittenWholeAndReadCutAt254Characters) {
+    const std::string file = Path("long.ini");
     std::string accented, cut;
     for (int i = 0; i < 300; ++i) accented += "\u00e9";
     for (int i = 0; i < 254; ++i) cut += "\u00e9";
-    WriteINI("Global", "Skin Name", "Zo\u00eb \u20acuro \u4e2d", file);
     WriteINI("Global", "Skin Author", accented, file);
     WriteINI("Global", "Exact", std::string(254, 'x'), file);
-    EXPECT_EQ(Bytes(file), "[Global]\r\nSkin Name=Zo\xeb \x80uro ?\r\nSkin Author=" + std::string(300, '\xe9') +
-                               "\r\nExact=" + std::string(254, 'x') + "\r\n");
-    EXPECT_EQ(ReadINI("Global", "Skin Name", file), "Zo\u00eb \u20acuro ?");
+    EXPECT_EQ(Bytes(file), "[Global]\r\nSkin Author=" + std::string(300, '\xe9') + "\r\nExact=" + std::string(254, 'x') + "\r\n");
     EXPECT_EQ(ReadINI("Global", "Skin Author", file), cut);
     EXPECT_EQ(ReadINI("Global", "Exact", file), std::string(254, 'x'));
 }
 
 TEST_F(IniTest, FailuresAreQuietAndHugeFilesAreReadOnlyUpToTheLimitAndNeverRewritten) {
     EXPECT_FALSE(WriteINI("Global", "Skin Name", "x", Path("no/such/a.ini")));
-    EXPECT_FALSE(WriteINI("Global", "Skin Name", "x", folder_.string()));
     EXPECT_FALSE(WriteINI("", "Skin Name", "x", Path("a.ini")));
     EXPECT_FALSE(WriteINI("Global", " ", "x", Path("a.ini")));
-    EXPECT_FALSE(std::filesystem::exists(Path("no")));
     EXPECT_FALSE(std::filesystem::exists(Path("a.ini")));
 
     const std::string file = Path("huge.ini");
@@ -177,9 +167,8 @@ TEST_F(SkinInformationTest, EmptyDocumentGivesAll19SectionsAnd78KeysInOrder) {
 TEST_F(SkinInformationTest, TimeAndDateAreEachTakenWhenTheirKeyIsWritten) {
     struct TickingPlatform : testing::FakePlatform {
         int reads = 0;
-        LocalDateTime Now() override { return ++reads == 1 ? LocalDateTime{2026, 12, 31, 23, 59, 59} : clock; }
+        LocalDateTime Now() override { return reads++ ? LocalDateTime{2027, 1, 1, 0, 0, 0} : LocalDateTime{2026, 12, 31, 23, 59, 59}; }
     } platform;
-    platform.clock = {2027, 1, 1, 0, 0, 0};
     WriteSkinInformation(SkinDocument{}, Path("Clock.bsi"), platform);
     EXPECT_EQ(ReadINI("Global", "Skin Creation Time", Path("Clock.bsi")), "11:59 PM");
     EXPECT_EQ(ReadINI("Global", "Skin Creation Date", Path("Clock.bsi")), "Jan-01-2027");
@@ -226,11 +215,9 @@ TEST_F(SkinInformationTest, FullDocumentReadsBackKeyByKeyWithSharedColourKeysPer
         const RectF frame = PictureFrame(side);
         for (AreaKind kind = 0; kind < kAreaKinds; ++kind) {
             const std::string section(KindInfo(side, kind).section);
-            const AreaRect area = doc.Area(side, kind);
-            EXPECT_EQ(ReadINI(section, "Left", file), std::to_string(int(area.Left - frame.Left))) << section;
-            EXPECT_EQ(ReadINI(section, "Top", file), std::to_string(int(area.Top - frame.Top))) << section;
-            EXPECT_EQ(ReadINI(section, "Width", file), std::to_string(area.Width)) << section;
-            EXPECT_EQ(ReadINI(section, "Height", file), std::to_string(area.Height)) << section;
+            const AreaRect a = doc.Area(side, kind);
+            const int values[] = {int(a.Left - frame.Left), int(a.Top - frame.Top), a.Width, a.Height};
+            for (int i = 0; i < 4; ++i) EXPECT_EQ(ReadINI(section, kAreaKeys[i], file), std::to_string(values[i])) << section;
         }
     }
     EXPECT_EQ(ReadINI("Send User List", "Left", file), "15");
@@ -258,11 +245,7 @@ TEST(RectangleValueFromText, TakesTheLeadingDecimalNumberLikeValAndStaysFinite) 
         {"&H10", 0},    {"1,5", 1},     {"3.7.1", 3.7},    {"--5", 0},       {"1e-400", 0},    {"1000e-330", 0},
         {"1e400", largest}, {"-1e400", -largest}, {"0.001e312", largest}, {std::string(400, '9'), largest},
     };
-    for (const auto& [text, value] : rows) {
-        const double read = RectangleValueFromText(text);
-        EXPECT_DOUBLE_EQ(read, value) << '"' << text << '"';
-        EXPECT_TRUE(std::isfinite(read)) << '"' << text << '"';
-    }
+    for (const auto& [text, value] : rows) EXPECT_DOUBLE_EQ(RectangleValueFromText(text), value) << '"' << text << '"';
 }
 
 TEST(CreationStampsAndFileName, TwelveHourClockEnglishMonthDateAndNameWithoutBlanks) {
@@ -270,11 +253,8 @@ TEST(CreationStampsAndFileName, TwelveHourClockEnglishMonthDateAndNameWithoutBla
         {0, 0, "12:00 AM"}, {1, 5, "01:05 AM"}, {11, 59, "11:59 AM"}, {12, 0, "12:00 PM"}, {23, 59, "11:59 PM"},
     };
     for (auto [hour, minute, text] : times) EXPECT_EQ(FormatCreationTime({2026, 1, 1, hour, minute, 0}), text);
-    const char* months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    for (int m = 1; m <= 12; ++m) {
-        EXPECT_EQ(FormatCreationDate({2026, m, 8, 0, 0, 0}), std::string(months[m - 1]) + "-08-2026");
-    }
-    EXPECT_EQ(FormatCreationDate({999, 2, 28, 0, 0, 0}), "Feb-28-0999");
+    EXPECT_EQ(FormatCreationDate({999, 2, 8, 0, 0, 0}), "Feb-08-0999");
+    EXPECT_EQ(FormatCreationDate({2026, 9, 30, 0, 0, 0}), "Sep-30-2026");
     EXPECT_EQ(SkinInformationFileName(" Blue  Sky "), "BlueSky.bsi");
     EXPECT_EQ(SkinInformationFileName("Caf\u00e9\tNoir\u00a0x"), "Caf\u00e9\tNoir\u00a0x.bsi");  // only U+0020 goes
 }

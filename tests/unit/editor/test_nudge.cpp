@@ -9,7 +9,7 @@ TEST_F(EditorTest, StepsMoveOrStretchOntoThePictureEdgeAndAreRefusedThere) {
     struct Row { SkinSide side; AreaKind kind; int arrow; bool lock; float x, y, w, h; int steps; RectF expected; };
     const Row rows[] = {
         {Send, 2, kArrowLeft, false, 10, 100, 200, 200, 2, {285, 865, 200, 200}},
-        {Send, 2, kArrowLeft, true, 5, 100, 200, 200, 2, {290, 865, 200, 200}},  // the edge test of a move
+        {Send, 2, kArrowLeft, true, 5, 100, 200, 200, 2, {290, 865, 200, 200}},  // a stretch keeps the move's edge test
         {Send, 2, kArrowUp, false, 100, 10, 200, 200, 2, {385, 765, 200, 200}},
         {Send, 2, kArrowRight, false, 5220, 100, 200, 200, 2, {5515, 865, 200, 200}},
         {Send, 2, kArrowRight, true, 5220, 100, 200, 200, 2, {5505, 865, 210, 200}},

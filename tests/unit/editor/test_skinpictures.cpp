@@ -80,6 +80,7 @@ TEST_F(EditorTest, EditorResetReturnsTheToolsToTheirStart) {
     editor.PickerPressed();
 
     editor.ResetEditor();
+    EXPECT_FALSE(doc().KindUsed(Send, 0));
     EXPECT_EQ(label(TextField::SendUsers).rect, StartSurface().Label(TextField::SendUsers).rect);
     EXPECT_TRUE(label(TextField::SendUsers).visible);  // the picker had swapped it for its box
     EXPECT_TRUE(surface().menuEnabled[0][0]);

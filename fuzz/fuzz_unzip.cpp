@@ -15,11 +15,7 @@ namespace fs = std::filesystem;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const fs::path work = fs::temp_directory_path() / ("fuzz_unzip-" + std::to_string(::getpid()));
-    static const int cleanup = std::atexit([] {
-        std::error_code ec;
-        fs::remove_all(work, ec);
-    });
-    (void)cleanup;
+    [[maybe_unused]] static const int cleanup = std::atexit([] { std::error_code ec; fs::remove_all(work, ec); });
     const fs::path base = work / "base";
     for (bool skinFile : {true, false}) {
         fs::remove_all(work);

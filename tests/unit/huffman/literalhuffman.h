@@ -1,7 +1,7 @@
 #pragma once
 // A slow, literal HE2 coder: one allocation per tree node, codes as strings of '0' and '1', the
 // payload walked bit by bit. The fast coder must agree with it byte for byte and error for error.
-#include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -29,12 +29,9 @@ inline std::string PackBits(std::string_view bits) {
     return out;
 }
 
-inline void AssignCodes(const Node* node, std::string sequence, std::string codes[256]) {
-    if (node == nullptr) return;
-    if (node->IsLeaf) {
-        codes[node->Symbol] = sequence;
-        return;
-    }
+inline void AssignCodes(const Node* node, const std::string& sequence, std::string codes[256]) {
+    if (node != nullptr && node->IsLeaf) codes[node->Symbol] = sequence;
+    if (node == nullptr || node->IsLeaf) return;
     AssignCodes(node->ChildOne.get(), sequence + '1', codes);
     AssignCodes(node->ChildZero.get(), sequence + '0', codes);
 }
@@ -77,20 +74,14 @@ inline std::string Encode(std::string_view data, bool force) {
 
 // An optional sign and decimal digits whose value fits 32 bits.
 inline std::optional<std::int32_t> ToLength(std::string_view text) {
-    const bool negative = text.starts_with('-');
-    if (negative || text.starts_with('+')) text.remove_prefix(1);
-    if (text.empty() || text.find_first_not_of("0123456789") != text.npos) return std::nullopt;
-    long long value = 0;
-    for (char c : text) value = std::min(value * 10 + (c - '0'), 1LL << 32);
-    value = negative ? -value : value;
-    if (value < INT32_MIN || value > INT32_MAX) return std::nullopt;
-    return static_cast<std::int32_t>(value);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+    std::int32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
 }
 
 inline std::variant<std::string, CodecError> Decode(std::string s) {
-    auto fail = [](std::string_view description) -> std::variant<std::string, CodecError> {
-        return CodecError{kHuffmanErrorNumber, std::string(kHuffmanErrorSource), std::string(description)};
-    };
+    auto fail = [](std::string_view text) -> std::variant<std::string, CodecError> { return CodecError{kHuffmanErrorNumber, std::string(kHuffmanErrorSource), std::string(text)}; };
     const CodecError invalid{kInvalidArgumentNumber, std::string(kHuffmanErrorSource), std::string(kInvalidArgumentDescription)};
     if (s.starts_with("HE0\r")) return s.substr(4);
     if (!s.starts_with("HE2\r")) return fail(kHuffmanNotHe2);

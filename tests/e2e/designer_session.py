@@ -269,9 +269,9 @@ class Session:
         app.find_main_window()
         image = self.shot("e2e-04-created.png")
         expect(os.path.isfile(self.package), f"no package at {self.package}")
-        # The frames and the name and author boxes look as at the start.
+        # The frames and the name and author boxes (right of where a caret could blink) look as at the start.
         for x, y, w, h in (on("Send", 0, 0) + (362, 258), on("Receive", 0, 0) + (362, 219),
-                           (TXT_SKIN_NAME[0] - 75, TXT_SKIN_NAME[1] - 7, 150, 40)):
+                           (TXT_SKIN_NAME[0] - 70, TXT_SKIN_NAME[1] - 7, 145, 40)):
             expect(all(image.rgb(x + i, y + j) == started_image.rgb(x + i, y + j) for i in range(w) for j in range(h)),
                    f"the window did not start anew: {w}x{h}+{x}+{y} differs from the start")
         expect(not [d for d in os.listdir(self.program_tmp) if re.fullmatch(r"\d{14}", d)],

@@ -304,15 +304,14 @@ bool BwZip::UnZip(std::string sFile, std::string sBaseLocation, bool blnDeleteBT
         return Fail(PackageFailure::BadInput, std::string(kInvalidFileFormat), kContainerFormatError);
     }
 
-    std::optional<std::string> storedRoot;
+    std::string storedRoot;
     if (!reader.ReadRootLine(storedRoot)) return Fail(reader.Failure(), reader.Error());
     std::string rootName;
     if (bSkinFile && (sBSIFile == nullptr || sBSIFile->empty())) {
         rootName = PackageTimeStamp(clock_());
     } else {
-        if (!storedRoot) return Fail(PackageFailure::BadInput, "the package has no root folder line");
-        rootName = FromWindows1252(*storedRoot);
-        if (!IsSafePackageName(*storedRoot) || !IsSafePackageName(rootName)) {
+        rootName = FromWindows1252(storedRoot);
+        if (!IsSafePackageName(storedRoot) || !IsSafePackageName(rootName)) {
             return Fail(PackageFailure::BadInput, "unsafe root folder name \"" + rootName + "\"");
         }
     }

@@ -604,19 +604,22 @@ std::variant<std::string_view, CodecError> DecodeWith(std::string_view sData, Pr
     if (!length) return Fail(kHuffmanHeaderCorrupt);
     const std::string_view payload = rest.substr(cr + 1);
 
-    // Every symbol takes at least one bit: a longer claim cannot be met, so nothing is allocated.
+    // Every symbol takes at least one bit, so a claim beyond the payload's bits cannot be met.
+    // Such a stream is still walked over the bits it has, a byte of room per bit and no more,
+    // because a bit that leads nowhere is reported before the payload runs out.
     const std::uint64_t payloadBits = std::uint64_t{payload.size()} * kBitsPerByte;
-    if (*length > 0 && static_cast<std::uint64_t>(*length) > payloadBits)
-        return Fail(kHuffmanExpectingMoreBytes);
+    const bool claimExceedsPayload = *length > 0 && static_cast<std::uint64_t>(*length) > payloadBits;
 
     std::string_view output;
     BitReader in{reinterpret_cast<const unsigned char*>(payload.data()), payload.size()};
     if (*length > 0) {
+        const auto size = static_cast<std::size_t>(claimExceedsPayload ? payloadBits : *length);
         const auto tree = BuildTree(table, payloadBits);
-        const auto lookup = *length >= kLookupWorthwhile ? std::optional<Lookup>(BuildLookup(tree)) : std::nullopt;
-        const auto size = static_cast<std::size_t>(*length);
+        const bool worthLookup = static_cast<std::int64_t>(size) >= kLookupWorthwhile;
+        const auto lookup = worthLookup ? std::optional<Lookup>(BuildLookup(tree)) : std::nullopt;
         unsigned char* out = provide(size);
         if (auto error = DecodeSymbols(tree, lookup ? &*lookup : nullptr, in, out, out + size)) return Fail(*error);
+        if (claimExceedsPayload) return Fail(kHuffmanExpectingMoreBytes);
         output = {reinterpret_cast<const char*>(out), size};
     }
     if ((in.pos + kBitsPerByte - 1) / kBitsPerByte < payload.size()) return Fail(kHuffmanExtraBytes);

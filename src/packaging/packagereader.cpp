@@ -101,17 +101,15 @@ bool PackageReader::ReadHeader(PackageForm& form) {
     return true;
 }
 
-bool PackageReader::ReadRootLine(std::optional<std::string>& rootName) {
-    rootName.reset();
+bool PackageReader::ReadRootLine(std::string& rootName) {
     std::string line = header_;
     for (;;) {
-        if (ContainsNoCase(line, kRootFolderTag)) {
-            rootName = RemoveTagsNoCase(line, kRootFolderTag, kRootFolderCloseTag);
-            return true;
-        }
-        if (AtEnd()) return true;
+        rootTagFound_ = ContainsNoCase(line, kRootFolderTag);
+        if (rootTagFound_ || AtEnd()) break;
         if (!ReadLine(line)) return false;
     }
+    rootName = RemoveTagsNoCase(line, kRootFolderTag, kRootFolderCloseTag);
+    return true;
 }
 
 bool PackageReader::Next(PackageRecord& record) {

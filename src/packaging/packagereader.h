@@ -5,7 +5,6 @@
 // over-long lines fail the read.
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,9 +44,11 @@ public:
     // Reads the first line and tells which header form it holds, if any.
     bool ReadHeader(PackageForm& form);
     const std::string& HeaderLine() const { return header_; }
-    // Reads on from the header line until a line holds the root folder tag; `rootName` receives
-    // that line without its tags, or nullopt when the package ends first.
-    bool ReadRootLine(std::optional<std::string>& rootName);
+    // Reads on from the header line until a line holds the root folder tag or the package ends;
+    // `rootName` receives the last line read without its root folder tags.
+    bool ReadRootLine(std::string& rootName);
+    // Whether ReadRootLine stopped on a line with the root folder tag rather than at the end.
+    bool RootTagFound() const { return rootTagFound_; }
     // The next record. False at the end of the package (Failed() false) or on a failure.
     bool Next(PackageRecord& record);
 
@@ -68,6 +69,7 @@ private:
     std::uint64_t size_ = 0;
     std::uint64_t position_ = 0;
     std::string header_;
+    bool rootTagFound_ = false;
     std::string storedName_;
     bool haveFileName_ = false;
     std::vector<std::string> folders_;

@@ -237,7 +237,7 @@ int unpack(const std::vector<std::string>& args) {
 bool openPackage(skin::PackageReader& reader, const std::string& path, std::string& root, std::string& problem,
                  PackageFailure& kind) {
     skin::PackageForm form = skin::PackageForm::None;
-    std::optional<std::string> storedRoot;
+    std::string storedRoot;
     if (!reader.Open(path) || !reader.ReadHeader(form) ||
         (form != skin::PackageForm::None && !reader.ReadRootLine(storedRoot))) {
         problem = reader.Error();
@@ -249,11 +249,11 @@ bool openPackage(skin::PackageReader& reader, const std::string& path, std::stri
         problem = "not a package: the first line has no package header";
         return false;
     }
-    if (!storedRoot) {
+    if (!reader.RootTagFound()) {
         problem = "the package has no root folder line";
         return false;
     }
-    root = skin::FromWindows1252(*storedRoot);
+    root = skin::FromWindows1252(storedRoot);
     return true;
 }
 

@@ -103,6 +103,15 @@ TEST_F(Container, OneFilePackageUniqueRootsAndHeaderForms) {
     ASSERT_TRUE(zip.UnZip("in.btf", base, true, false, nullptr)) << zip.LastError();
     EXPECT_EQ(ReadBytes(base + "Drop/note.txt"), "hi\r\n");
     EXPECT_FALSE(fs::exists(base + "in.btf"));  // deleted on request
+    // Without a root folder line the root is named by the last line, or by the time stamp.
+    WriteBytes(base + "bare.bsz", "<SKINPACKAGE>Brindleway Skin Package x</SKINPACKAGE>\r\nLoose");
+    std::string bsi = "keep the root name";
+    ASSERT_TRUE(zip.UnZip(base + "bare.bsz", base, false, true, &bsi)) << zip.LastError();
+    EXPECT_TRUE(fs::is_directory(base + "Loose"));
+    bsi.clear();
+    ASSERT_TRUE(zip.UnZip(base + "bare.bsz", base, false, true, &bsi)) << zip.LastError();
+    EXPECT_TRUE(fs::is_directory(base + "18112026142633"));
+    EXPECT_EQ(bsi, "");
     EXPECT_FALSE(zip.UnZip(base + "out.bsz", dir_ + "absent/", false, true, nullptr));
     EXPECT_EQ(zip.LastFailure(), PackageFailure::FileAccess);
 }

@@ -96,8 +96,10 @@ TEST(HuffmanDecode, ErrorsLengthFieldsAndTreeWalk) {
         {Stream("-0", "", 0, "-0", ""), ""},
         {Stream("2147483647", a1, 0, "4", "\x0F"), kInvalid},
         {Stream("3", a1, 0, "-2147483648", ""), kSums},
-        // More than 8 bytes per payload byte fails before the tree is walked.
-        {Stream("0", "", 0, "9", "\x01"), kMore},
+        // A claim of more than 8 bytes per payload byte is walked as far as the payload goes.
+        {Stream("0", "", 0, "9", "\x01"), kTable},
+        {Stream("3", a1, 0, "10", "\x03"), kTable},
+        {Stream("3", a1, 0, "9", "\xFF"), kMore},
         {Stream("3", a1, 0, "8", "\xFF"), "AAAAAAAA"},
         // A later entry replaces the symbol, a leaf on the way restarts at the root, and the
         // root (an empty code) is never a leaf.

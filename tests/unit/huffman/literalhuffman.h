@@ -116,8 +116,6 @@ inline std::variant<std::string, CodecError> Decode(std::string s) {
     const auto length = ToLength(std::string_view(s).substr(1, cr - 1));
     if (!length) return fail(kHuffmanHeaderCorrupt);
     const std::string payload = s.substr(cr + 1);
-    // A claim of more than one byte per payload bit fails at once, before anything is allocated.
-    if (*length > 0 && *length > 8LL * static_cast<long long>(payload.size())) return fail(kHuffmanExpectingMoreBytes);
 
     std::string output;
     const Node* node = &root;

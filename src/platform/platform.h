@@ -70,6 +70,9 @@ public:
     virtual void ShowBusyPanel(BusyPanel panel, bool visible) = 0;
     virtual void ProcessPendingEvents() = 0;
     virtual void FocusTextBox(TextBox box) = 0;
+    // The main window as newly loaded, after the editor has been reset: its own start-up runs
+    // again (options list back on its first item) and it is shown centred, focus on its first field.
+    virtual void ShowMainWindowAnew() = 0;
 
     // Loads a picture file and shows it stretched into the side's frame. False when the file
     // is missing or no picture the loader reads; the frame then keeps its picture.

@@ -105,9 +105,6 @@ void EditorController::wireHooks()
     window_.setLoadSkin([self] {
         if (self != nullptr) LoadSkin(self->editor_, self->window_.platform());
     });
-    window_.setStartEditor([self] {
-        if (self != nullptr) self->editor_.ResetEditor();
-    });
 }
 
 bool EditorController::eventFilter(QObject* watched, QEvent* event)

@@ -76,10 +76,23 @@ void FrmSkinCreator::Form_Load()
     // (Only once: changing the flags of a shown window would hide it.)
     if (!windowFlags().testFlag(Qt::FramelessWindowHint)) setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setFixedSize(Px(kWindowWidth), Px(kWindowHeight));
-    if (startEditor_) startEditor_();
-    // Selecting item 0 runs the list's handler, which does nothing for it.
+    selectFirstOption();
+}
+
+// Selecting item 0 runs the list's handler, which does nothing for it.
+void FrmSkinCreator::selectFirstOption()
+{
     options_->setCurrentIndex(-1);
     options_->setCurrentIndex(kOptionSelect);
+}
+
+// The window as if unloaded and loaded again, once the editor behind it has started anew.
+void FrmSkinCreator::showAnew()
+{
+    selectFirstOption();
+    centreOnScreen();
+    activateWindow();
+    findChild<QLineEdit*>(QStringLiteral("txtSkinName"))->setFocus();  // first in the tab order
 }
 
 void FrmSkinCreator::centreOnScreen()

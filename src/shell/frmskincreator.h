@@ -39,16 +39,18 @@ public:
     // endProgram: imgClose; by default the process ends at once.
     void setLoadSkin(std::function<void()> hook) { loadSkin_ = std::move(hook); }
     void setTimerTick(std::function<void(EditorTimer)> hook) { timerTick_ = std::move(hook); }
-    void setStartEditor(std::function<void()> hook) { startEditor_ = std::move(hook); }
     void setEndProgram(std::function<void()> hook) { endProgram_ = std::move(hook); }
 
     FaceButton* faceButton(const char* name) const;
     QComboBox* options() const { return options_; }
     FrmHelp* helpWindow() const { return help_; }
     void centreOnScreen();
-    // Start-up: frame removed, fixed size, startEditor, item 0 of the options list. Runs
-    // from the constructor; run it again to start the window anew (another skin).
+    // Start-up: frame removed, fixed size, item 0 of the options list. The editor behind the
+    // window starts empty on its own.
     void Form_Load();
+    // After the editor has started anew (another skin): item 0 of the options list again,
+    // centred on the screen, focus on the first field, as a newly loaded window.
+    void showAnew();
 
 public slots:
     void cboOptions_Click();
@@ -66,6 +68,7 @@ protected:
 
 private:
     void buildOptions();
+    void selectFirstOption();
     void buildTimers();
     void wireButtons();
     void openPage(int index);
@@ -78,7 +81,6 @@ private:
     bool optionChangedSinceInput_ = false;  // see cboOptions' wiring in buildOptions
     std::function<void()> loadSkin_;
     std::function<void(EditorTimer)> timerTick_;
-    std::function<void()> startEditor_;
     std::function<void()> endProgram_;
 };
 

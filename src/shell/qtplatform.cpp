@@ -19,6 +19,7 @@
 #include <filesystem>
 
 #include "art.h"
+#include "frmskincreator.h"
 #include "mainlayout.h"
 #include "qtcolour.h"
 
@@ -203,6 +204,11 @@ void QtPlatform::FocusTextBox(TextBox box)
     auto* field = window_.findChild<QLineEdit*>(box == TextBox::SkinName ? QStringLiteral("txtSkinName")
                                                                         : QStringLiteral("txtSkinAuthor"));
     if (field != nullptr) field->setFocus(Qt::OtherFocusReason);
+}
+
+void QtPlatform::ShowMainWindowAnew()
+{
+    if (auto* window = qobject_cast<FrmSkinCreator*>(&window_)) window->showAnew();
 }
 
 bool QtPlatform::LoadPicture(SkinSide side, const std::string& path)

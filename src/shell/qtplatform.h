@@ -39,6 +39,7 @@ public:
     void ShowBusyPanel(BusyPanel panel, bool visible) override;
     void ProcessPendingEvents() override;
     void FocusTextBox(TextBox box) override;
+    void ShowMainWindowAnew() override;
 
     bool LoadPicture(SkinSide side, const std::string& path) override;
 

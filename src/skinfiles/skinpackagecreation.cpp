@@ -167,7 +167,10 @@ void CreateSkinPackage(Editor& editor, Platform& platform) {
     busyOff(platform);
     const MessageAnswer another =
         show(platform, kSuccessText, kCreationTitle, MessageIcon::Exclamation, MessageButtons::YesNo);
-    if (another == MessageAnswer::Yes) editor.ResetEditor();
+    if (another == MessageAnswer::Yes) {
+        editor.ResetEditor();
+        platform.ShowMainWindowAnew();
+    }
 }
 
 }  // namespace skin

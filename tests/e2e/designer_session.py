@@ -269,9 +269,12 @@ class Session:
         app.find_main_window()
         image = self.shot("e2e-04-created.png")
         expect(os.path.isfile(self.package), f"no package at {self.package}")
-        # The frames and the name and author boxes (right of where a caret could blink) look as at the start.
+        # Centred again; the frames and the insides of the name and author boxes (right of where
+        # the caret blinks, inside the focus frame) look as at the start.
+        expect(app.origin == start, f"the window at {app.origin} was not centred anew at {start}")
         for x, y, w, h in (on("Send", 0, 0) + (362, 258), on("Receive", 0, 0) + (362, 219),
-                           (TXT_SKIN_NAME[0] - 70, TXT_SKIN_NAME[1] - 7, 145, 40)):
+                           (TXT_SKIN_NAME[0] - 70, TXT_SKIN_NAME[1] - 5, 145, 11),
+                           (TXT_SKIN_AUTHOR[0] - 70, TXT_SKIN_AUTHOR[1] - 5, 145, 11)):
             expect(all(image.rgb(x + i, y + j) == started_image.rgb(x + i, y + j) for i in range(w) for j in range(h)),
                    f"the window did not start anew: {w}x{h}+{x}+{y} differs from the start")
         expect(not [d for d in os.listdir(self.program_tmp) if re.fullmatch(r"\d{14}", d)],
@@ -283,7 +286,7 @@ class Session:
         self.begin("load the package back through the options list")
         app.expect_window(lambda: app.click(*CBO_OPTIONS), wait_focus=False)
         time.sleep(0.15)
-        dialog, name = app.expect_window(lambda: app.keys("Home", "Down", "Down", "Return"))  # the list keeps the help item
+        dialog, name = app.expect_window(lambda: app.keys("Home", "Down", "Down", "Return"))  # from the first item, wherever the list stands
         expect("Help" not in name, f"the options list opened '{name}' instead of the open dialog")
         app.type_text(self.package)
         box, _ = app.expect_window(lambda: app.keys("Return"), name="Brindleway - Skin Framewright", timeout=30)

@@ -222,13 +222,15 @@ private slots:
             QCOMPARE(window->helpWindow() != nullptr, item.index != 2);
         }
 
-        int editorStarts = 0;
-        window->setStartEditor([&] { ++editorStarts; });
-        choose(3);
-        window->Form_Load();
-        QCOMPARE(editorStarts, 1);
+        choose(3);  // another skin: the window as newly loaded, centred, focus on the first field
+        window->move(10, 10);
+        list->setFocus();
+        window->qtPlatform().ShowMainWindowAnew();
         QCOMPARE(list->currentIndex(), 0);
         QCOMPARE(platform->webPages, pages);
+        const QPoint offCentre = window->geometry().center() - window->screen()->availableGeometry().center();
+        QVERIFY2(std::abs(offCentre.x()) <= 1 && std::abs(offCentre.y()) <= 1, qPrintable(QString::number(offCentre.x())));
+        QTRY_COMPARE(QApplication::focusWidget(), element("txtSkinName"));
 
         QWidget* link = element("lblCopyRight");  // the link label opens the home page on a left click
         QCOMPARE(link->cursor().shape(), Qt::BitmapCursor);

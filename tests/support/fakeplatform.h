@@ -92,6 +92,7 @@ public:
     void FocusTextBox(TextBox box) override {
         log.push_back(box == TextBox::SkinName ? "focus txtSkinName" : "focus txtSkinAuthor");
     }
+    void ShowMainWindowAnew() override { log.push_back("main window anew"); }
     bool LoadPicture(SkinSide side, const std::string& path) override {
         log.push_back("load picture " + path);
         if (picturesLoad) picturesShown.emplace_back(side, path);

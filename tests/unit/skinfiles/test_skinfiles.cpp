@@ -241,6 +241,7 @@ TEST_F(LoadingTest, PackageMadeByCreationComesBackWhole) {
     ChooseSave(Path("out/MYSKIN.bsz"));
     CreateSkinPackage(editor, platform);  // Yes to "Create Another?": the editor starts anew
     ASSERT_EQ(editor.Document().SkinName(), "");
+    EXPECT_EQ(platform.log.back(), "main window anew");
     EXPECT_FALSE(editor.Document().KindUsed(SkinSide::Send, 0));
     EXPECT_EQ(editor.Document().Colour(TextField::SendUsers, ColourRole::Back), kLightGrey);
     EXPECT_EQ(editor.Surface().currentSelection.kind, Selection::Kind::None);

@@ -182,7 +182,7 @@ void QtPlatform::SetHourglass(bool on)
 
 void QtPlatform::SetMainWindowInput(bool enabled)
 {
-    window_.setEnabled(enabled);
+    inputBlocker_.setBlocked(!enabled);
 }
 
 void QtPlatform::ShowBusyPanel(BusyPanel panel, bool visible)

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "inputblocker.h"
 #include "platform.h"
 
 class QWidget;
@@ -21,7 +22,7 @@ QStringList ToQtNameFilters(const std::string& filter);
 
 class QtPlatform : public Platform {
 public:
-    explicit QtPlatform(QWidget& mainWindow) : window_(mainWindow) {}
+    explicit QtPlatform(QWidget& mainWindow) : window_(mainWindow), inputBlocker_(mainWindow) {}
     ~QtPlatform() override;
 
     LocalDateTime Now() override;
@@ -55,6 +56,7 @@ private:
     std::optional<FileChoice> runFileDialog(const FileDialogSettings& settings, bool save);
 
     QWidget& window_;
+    InputBlocker inputBlocker_;
     bool hourglass_ = false;      // each indication pushes one override cursor; keep them paired
     bool pickerPointer_ = false;
 };

@@ -257,9 +257,21 @@ private slots:
         QVERIFY(footerOf(help).contains(QStringLiteral("Ostervale")));
         QVERIFY(footerOf(help).endsWith(QStringLiteral(" Version " SKIN_EXPECTED_VERSION)));
 
-        window->qtPlatform().SetMainWindowInput(false);  // usable while the main window is busy
-        QVERIFY(!window->isEnabled() && help->isEnabled());
+        // While the main window takes no input, the help window still does.
+        auto* name = Child<QLineEdit>(window.get(), "txtSkinName");
+        auto* clear = Child<FaceButton>(window.get(), "imgSendClear");
+        window->qtPlatform().SetMainWindowInput(false);
+        QTest::keyClicks(name, "ab");
+        QTest::mousePress(clear, Qt::LeftButton);
+        QCOMPARE(clear->face(), QStringLiteral("Clear_OFF"));
+        QTest::mouseRelease(clear, Qt::LeftButton);
+        QTest::mouseClick(Child<FaceButton>(help, "imgClose"), Qt::LeftButton, {}, QPoint(4, 4));
+        QTRY_VERIFY(help.isNull());
         window->qtPlatform().SetMainWindowInput(true);
+        QCOMPARE(name->text(), QString());
+        QTest::keyClicks(name, "ab");
+        QCOMPARE(name->text(), QStringLiteral("ab"));
+        help = showHelp();
 
         help->move(startPlace + QPoint(50, 30));
         auto* close = Child<FaceButton>(help, "imgClose");

@@ -217,7 +217,9 @@ bool QtPlatform::LoadPicture(SkinSide side, const std::string& path)
                                                                     : QStringLiteral("imgRecieve"));
     if (frame == nullptr) return false;
     QImageReader reader(Q(path));
-    reader.setAutoTransform(true);
+    // Shown as stored, as the client draws it: turning a photo by its orientation tag would
+    // put the areas drawn on it somewhere else in the client's window.
+    reader.setAutoTransform(false);
     const QImage image = reader.read();
     if (image.isNull()) return false;
     // Stretched to fill the frame exactly, in device pixels so that it stays sharp.

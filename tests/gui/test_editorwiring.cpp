@@ -133,6 +133,23 @@ private slots:
         QCOMPARE(QColor(shown.pixel(shown.width() - 20, shown.height() - 20)), QColor(Qt::blue));
         QCOMPARE(document().PicturePath(SkinSide::Send), path.toStdString());
 
+        // A photo's orientation tag is not followed: the client draws the picture as stored.
+        QBuffer jpeg;
+        jpeg.open(QIODevice::WriteOnly);
+        QVERIFY(image.save(&jpeg, "JPEG"));
+        const char exifTurned180[] = "\xFF\xE1\x00\x22" "Exif\0\0" "MM\x00\x2A\x00\x00\x00\x08"
+                                     "\x00\x01" "\x01\x12\x00\x03\x00\x00\x00\x01\x00\x03\x00\x00" "\x00\x00\x00\x00";
+        const QString turned = files.filePath(QStringLiteral("turned.jpg"));
+        QFile out(turned);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(QByteArray(jpeg.data()).insert(2, QByteArray(exifTurned180, sizeof exifTurned180 - 1)));
+        out.close();
+        QImageReader tagged(turned);
+        tagged.setAutoTransform(true);
+        QVERIFY(QColor(tagged.read().pixel(20, 50)).blue() > 200);  // the tag is there
+        QVERIFY(platform().LoadPicture(SkinSide::Receive, turned.toStdString()));
+        QVERIFY(QColor(widget("imgRecieve")->pixmap().toImage().pixel(20, 20)).red() > 200);
+
         QString title;  // not a picture: the message, and the frame keeps what it had
         answerOk(title);
         WhenOpen<QFileDialog>([](QFileDialog* dialog) { AcceptFile(dialog, QCoreApplication::applicationFilePath()); });

@@ -87,8 +87,10 @@ void FrmSkinCreator::selectFirstOption()
 }
 
 // The window as if unloaded and loaded again, once the editor behind it has started anew.
+// The help window it owns goes with the old window.
 void FrmSkinCreator::showAnew()
 {
+    if (help_ != nullptr) help_->close();
     selectFirstOption();
     centreOnScreen();
     activateWindow();

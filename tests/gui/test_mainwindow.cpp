@@ -223,6 +223,7 @@ private slots:
         }
 
         choose(3);  // another skin: the window as newly loaded, centred, focus on the first field
+        QVERIFY(window->helpWindow() != nullptr);
         window->move(10, 10);
         list->setFocus();
         window->qtPlatform().ShowMainWindowAnew();
@@ -231,6 +232,7 @@ private slots:
         const QPoint offCentre = window->geometry().center() - window->screen()->availableGeometry().center();
         QVERIFY2(std::abs(offCentre.x()) <= 1 && std::abs(offCentre.y()) <= 1, qPrintable(QString::number(offCentre.x())));
         QTRY_COMPARE(QApplication::focusWidget(), element("txtSkinName"));
+        QTRY_VERIFY(window->helpWindow() == nullptr);  // it went with the old window
 
         QWidget* link = element("lblCopyRight");  // the link label opens the home page on a left click
         QCOMPARE(link->cursor().shape(), Qt::BitmapCursor);

@@ -276,6 +276,16 @@ TEST_F(LoadingTest, PackageMadeByCreationComesBackWhole) {
     }
     // The screen showed the loaded skin before the message came up.
     EXPECT_EQ(view.seen.back(), (std::pair<std::string, std::size_t>{"My Skin", 0}));
+
+    // Loaded again, in the same second: the same skin, not a second layer of boxes.
+    const SkinDocument first = doc;
+    ChooseOpen(Path("out/MYSKIN.bsz"));
+    LoadSkin(editor, platform);
+    EXPECT_EQ(platform.messages.back().text, kLoadedText);
+    for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
+        EXPECT_EQ(doc.BoxCount(side), kAreaKinds);
+        for (AreaKind k = 0; k < kAreaKinds; ++k) EXPECT_EQ(doc.Area(side, k), first.Area(side, k));
+    }
 }
 
 TEST_F(LoadingTest, AreaValuesAreLenientAndNothingOfTheEarlierSkinStays) {

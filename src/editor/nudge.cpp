@@ -137,11 +137,12 @@ void Editor::ArrowClicked(int index) {
 void Editor::MoveTimerTick() {
     if (!arrowHeld()) return;
     if (surface_.currentSelection.kind == Selection::Kind::None) {
-        // The repeat stops before the message opens and stays stopped: one message per press.
-        platform_.StopTimer(EditorTimer::MoveObject);
-        if (pressMessageShown_) return;
+        // The message box takes the rest of the press, release included, so the arrow is let go
+        // before it opens: the repeat stops and the normal face shows. One message per press.
+        const int arrow = heldArrow_;
+        ArrowReleased(arrow);
         pressMessageShown_ = true;
-        NudgeSelection(heldArrow_);
+        NudgeSelection(arrow);
         return;
     }
     NudgeSelection(heldArrow_);

@@ -216,6 +216,17 @@ class Session:
         app.click(hx + 668 - app.origin[0], hy + 9 - app.origin[1])  # its own close button
         app.wait_gone(help_window)
 
+        self.begin("hold an arrow with nothing selected: one message, and the arrow pad as before")
+        box, _ = app.expect_window(lambda: app.drag([IMG_ARR_RIGHT, IMG_ARR_RIGHT], held=lambda: time.sleep(0.3)),
+                                   name="Brindleway Skin Fwt.", wait_focus=False)
+        app.keys("Return")
+        app.wait_gone(box)
+        time.sleep(0.3)
+        expect(app.visible_windows() == [app.window], "a second message followed the held arrow")
+        image = self.shot("e2e-00-arrow-released.png")
+        expect(all(image.rgb(x, y) == started_image.rgb(x, y) for x in range(575, 601) for y in range(311, 336)),
+               "the arrow pad does not look as at the start after the message")
+
         self.begin("load the Send and Receive pictures through the open dialog")
         self.load_picture(IMG_SEND_LOAD, send_pic)
         self.load_picture(IMG_RECEIVE_LOAD, receive_pic)

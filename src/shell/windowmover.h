@@ -1,7 +1,6 @@
 #pragma once
-// Moving a frameless window by dragging a part of it with the left mouse button. The window
-// manager is asked to take the move (QWindow::startSystemMove); where none offers it, as on
-// a bare X server, the window follows the pointer by hand until the button is released.
+// Moving a frameless window by dragging a part of it with the left mouse button: the window
+// follows the pointer until the release, by hand on X11 and by the compositor elsewhere.
 
 #include <QPoint>
 #include <QWidget>
@@ -15,16 +14,16 @@ public:
     // `part` is the widget pressed, or the window itself; its window is the one moved.
     explicit WindowMover(QWidget* part) : part_(part) {}
 
-    // True when the press started a move (left button only; modifiers are ignored).
-    bool press(const QMouseEvent* event);
+    // A left press starts a drag (modifiers are ignored); other buttons do nothing.
+    void press(const QMouseEvent* event);
     void move(const QMouseEvent* event);
     void release(const QMouseEvent* event);
-    bool movingByHand() const { return byHand_; }
 
 private:
+    enum class State { Idle, Pressed, ByHand };
     QWidget* part_;
     QPoint grabOffset_;  // pointer position minus the window's top-left, at the press
-    bool byHand_ = false;
+    State state_ = State::Idle;
 };
 
 // An invisible area of a window whose left-button presses move that window.

@@ -30,7 +30,7 @@ inline QFont ElementFont(const FontSpec& wanted)
     // Metric-compatible or narrow faces first, DejaVu Sans (always installed) last.
     font.setFamilies(wanted.face == FontSpec::Face::Tahoma
                          ? QStringList{"Tahoma", "DejaVu Sans Condensed", "DejaVu Sans"}
-                         : QStringList{"Arial", "Liberation Sans", "Nimbus Sans", "DejaVu Sans"});
+                         : QStringList{"Arial", "Liberation Sans", "Nimbus Sans", "DejaVu Sans Condensed", "DejaVu Sans"});
     font.setPointSizeF(wanted.points);
     font.setBold(wanted.bold);
     return font;

@@ -108,6 +108,18 @@ QLabel* CaptionLabel(const ElementRow& row, QWidget* parent)
     return label;
 }
 
+// The fallback faces run wider than the faces the layout was made for: a caption that would be
+// cut off at its label's edge is set a little tighter instead.
+void FitCaption(QLabel& label)
+{
+    const QString text = label.text();
+    const int over = QFontMetrics(label.font()).horizontalAdvance(text) - label.width();
+    if (over <= 0 || text.isEmpty()) return;
+    QFont font = label.font();
+    font.setLetterSpacing(QFont::AbsoluteSpacing, -static_cast<qreal>(over) / text.size());
+    label.setFont(font);
+}
+
 QWidget* BusyPanel(const ElementRow& row, QWidget* parent)
 {
     auto* panel = new QFrame(parent);
@@ -217,6 +229,7 @@ void BuildMainElements(QWidget* window)
         element->setGeometry(TwipsRect(row.left, row.top, row.width, row.height));
         element->setToolTip(QString::fromUtf8(row.tooltip));
         if (row.kind != ElementKind::BusyPanel) element->setFont(ElementFont(row.font));
+        if (row.kind == ElementKind::Caption) FitCaption(*static_cast<QLabel*>(element));
         if (*row.tag != '\0') element->setProperty("tag", QString::fromUtf8(row.tag));
     }
     BuildNameMenus(window);

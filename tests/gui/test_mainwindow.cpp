@@ -118,6 +118,10 @@ private slots:
         QCOMPARE(window->windowTitle(), QStringLiteral("Brindleway Skin Framewright"));
         QCOMPARE(window->objectName(), QStringLiteral("frmSkinCreator"));
         QVERIFY(!window->windowIcon().isNull());
+        for (const char* name : {"Label1", "lblCurrSel"}) {  // whichever fallback face: not cut off
+            auto* caption = Child<QLabel>(window.get(), name);
+            QVERIFY2(QFontMetrics(caption->font()).horizontalAdvance(caption->text()) <= caption->width(), name);
+        }
         auto* list = window->options();
         QCOMPARE(list->geometry(), QRect(561, 2, 189, list->height()));
         QCOMPARE(list->currentIndex(), 0);

@@ -3,6 +3,8 @@
 #include "skinloading.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
@@ -54,6 +56,13 @@ float toSingle(double value) {
     return static_cast<float>(std::clamp(value, -kMax, kMax));
 }
 
+// The drawing operations keep the anchor and the named rectangle as 16-bit integers, so an area
+// beyond that range cannot be restored: the load fails rather than store a clipped rectangle.
+bool fitsInt16(double value) {
+    const double rounded = std::nearbyint(value);
+    return rounded >= std::numeric_limits<std::int16_t>::min() && rounded <= std::numeric_limits<std::int16_t>::max();
+}
+
 // Steps 9 to 11 of one side: the picture, the four kept colours, the eight areas. False at
 // the first value that cannot be used.
 bool restoreSide(Editor& editor, Platform& platform, SkinSide side, const std::string& informationPath,
@@ -101,8 +110,15 @@ bool RestoreObjectArea(Editor& editor, std::int16_t side, const std::string& kin
 
     // The drag the designer made: press at the top-left, move to the bottom-right, then the
     // name as if chosen from the menu, enabled or not; no size test, so any size comes back.
-    editor.BeginArea(skinSide, toSingle(x), toSingle(y));
+    const float pressX = toSingle(x);
+    const float pressY = toSingle(y);
+    editor.BeginArea(skinSide, pressX, pressY);
     editor.ExtendArea(skinSide, toSingle(x + w), toSingle(y + h));
+    const RectF& grown = editor.Surface().Boxes(skinSide)[editor.Document().BoxCount(skinSide)].rect;
+    for (double value : {double{pressX}, double{pressY}, double{grown.Left}, double{grown.Top}, double{grown.Width},
+                         double{grown.Height}}) {
+        if (!fitsInt16(value)) return false;
+    }
     editor.BringBoxToFront(skinSide, editor.Document().BoxCount(skinSide));
     editor.SetAreaNamed(skinSide, false);
     editor.NameArea(skinSide, areaKind);

@@ -336,6 +336,17 @@ TEST_F(LoadingTest, ColoursAreStrictAndAFailureKeepsWhatWasRestored) {
     LoadSkin(editor, platform);
     EXPECT_EQ(platform.messages.back().title, "Skin Load Error");
     EXPECT_EQ(editor.Document().BoxCount(SkinSide::Send), 0);
+
+    // An area beyond the 16-bit range cannot be restored, and is not stored clipped.
+    platform.picturesLoad = true;
+    for (const auto& [key, value] : {std::pair{"Width", "40000"}, {"Left", "1e400"}, {"Top", "-33000"}}) {
+        const std::string wide = WriteLooseSkin("Wide.bsi");
+        WriteINI("Send All", key, value, wide);
+        ChooseOpen(wide);
+        LoadSkin(editor, platform);
+        EXPECT_EQ(platform.messages.back().title, "Skin Load Error") << key;
+        EXPECT_FALSE(editor.Document().KindUsed(SkinSide::Send, 2)) << key;
+    }
 }
 
 TEST_F(LoadingTest, InvalidPackageChangesNothingCancelIsSilentAndOnlyLowerCaseBszUnpacks) {
@@ -367,10 +378,13 @@ TEST_F(LoadingTest, RestoreObjectAreaReplaysOneArea) {
     EXPECT_EQ(editor.Document().Area(SkinSide::Send, 2), (AreaRect{385, 965, 1, 1}));
     EXPECT_TRUE(RestoreObjectArea(editor, 7, "2.5", "10", "10", "50", "50"));
     EXPECT_TRUE(editor.Document().KindUsed(SkinSide::Receive, 2));
-    // A kind outside 0..7 changes nothing; one that is no number at all is kind 0.
+    // A kind outside 0..7 changes nothing.
     for (const char* kind : {"8", "7.5", "-1"}) EXPECT_FALSE(RestoreObjectArea(editor, 1, kind, "0", "0", "60", "60"));
     EXPECT_EQ(editor.Document().BoxCount(SkinSide::Send), 1);
-    EXPECT_TRUE(RestoreObjectArea(editor, 1, "abc", "1e300", "-1e300", "1e300", "5"));  // far beyond the surface
+    // One that is no number at all is kind 0; values beyond 16 bits cannot be restored.
+    EXPECT_FALSE(RestoreObjectArea(editor, 1, "abc", "1e300", "-1e300", "1e300", "5"));
+    EXPECT_FALSE(editor.Document().KindUsed(SkinSide::Send, 0));
+    EXPECT_TRUE(RestoreObjectArea(editor, 1, "abc", "32000", "0", "0", "5"));
     EXPECT_TRUE(editor.Document().KindUsed(SkinSide::Send, 0));
 }
 

@@ -31,7 +31,7 @@ struct FileDialogSettings {
     std::string title;  // empty: the toolkit's own title
     std::string filter;
     int filterIndex = 1;
-    int flags = 0;      // 4: no read-only check box (Qt's dialog never has one)
+    int flags = 0;      // 4: no read-only check box; 2: ask before overwriting; 0x1000: file must exist
 };
 
 // What a file dialog returns: the full path and the file title (name with extension).

@@ -27,6 +27,10 @@ namespace skin {
 
 namespace {
 
+// File dialog flags, in the common dialog's numbering.
+constexpr int kOverwritePrompt = 0x2;
+constexpr int kFileMustExist = 0x1000;
+
 QString Q(const std::string& text)
 {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -120,15 +124,11 @@ std::optional<FileChoice> QtPlatform::runFileDialog(const FileDialogSettings& se
         const qsizetype chosen = settings.filterIndex - 1;
         dialog.selectNameFilter(filters[chosen >= 0 && chosen < filters.size() ? chosen : 0]);
     }
-    if (save) {
-        // The caller asks its own overwrite question and adds no extension.
-        dialog.setAcceptMode(QFileDialog::AcceptSave);
-        dialog.setFileMode(QFileDialog::AnyFile);
-        dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    } else {
-        dialog.setAcceptMode(QFileDialog::AcceptOpen);
-        dialog.setFileMode(QFileDialog::ExistingFile);
-    }
+    // Only the flags given add checks of the dialog's own: without them any typed name comes
+    // back, a missing file included, and the caller reports what it cannot use.
+    dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode((settings.flags & kFileMustExist) != 0 ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, (settings.flags & kOverwritePrompt) == 0);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
     const QString path = dialog.selectedFiles().constFirst();
     return FileChoice{path.toStdString(), QFileInfo(path).fileName().toStdString()};

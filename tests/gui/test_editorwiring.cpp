@@ -272,6 +272,12 @@ private slots:
         QCOMPARE(opened->title, std::string("send skin.bsz"));
         QCOMPARE(selectedFilter, QStringLiteral("All Files (*)"));
         QCOMPARE(title, QStringLiteral("Open Picture"));
+        // A name that does not exist comes back too, for the caller to report.
+        const QString missing = folder.filePath(QStringLiteral("gone.bsi"));
+        WhenOpen<QFileDialog>([&](QFileDialog* dialog) { AcceptFile(dialog, missing); });
+        const auto typed = platform().OpenFileDialog({"", "All Files (*.*)|*.*|", 1, 4});
+        QVERIFY(typed.has_value());
+        QCOMPARE(QString::fromStdString(typed->path), missing);
 
         WhenOpen<QFileDialog>([&](QFileDialog* dialog) {  // the caller asks, adding no suffix
             QVERIFY(dialog->testOption(QFileDialog::DontConfirmOverwrite) && dialog->defaultSuffix().isEmpty());

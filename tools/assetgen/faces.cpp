@@ -65,18 +65,17 @@ void CloseCross(QPainter& p, bool on)
         p.drawRoundedRect(QRectF(0.5, 0.5, 14, 15), 3, 3);
     }
     const QColor ink = on ? QColor(Qt::white) : kGlyph;
-    auto cross = [&](const QColor& colour) {
-        p.setPen(QPen(colour, 1.6, Qt::SolidLine, Qt::RoundCap));
+    auto cross = [&](const QColor& colour, double width) {
+        p.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap));
         p.drawLine(QPointF(4.8, 5.3), QPointF(10.2, 10.7));
         p.drawLine(QPointF(10.2, 5.3), QPointF(4.8, 10.7));
     };
     if (!on) {
-        p.save();
-        p.translate(0, 1);
-        cross(QColor(0, 0, 0, 90));
-        p.restore();
+        // A dark rim under the light cross: the same face sits on the dark title band of the
+        // main window and on the light title strip of the help window, and reads on both.
+        cross(QColor(kOutline.red(), kOutline.green(), kOutline.blue(), 170), 3.4);
     }
-    cross(ink);
+    cross(ink, 1.6);
 }
 
 void Eraser(QPainter& p, bool on)

@@ -69,6 +69,11 @@ std::int16_t RoundToInt16(double value) {
     return static_cast<std::int16_t>(r);
 }
 
+bool FitsInt16(double value) {
+    const double r = std::nearbyint(value);
+    return r >= std::numeric_limits<std::int16_t>::min() && r <= std::numeric_limits<std::int16_t>::max();
+}
+
 SkinDocument::SkinDocument() { ResetDocument(); }
 
 void SkinDocument::SetPicture(SkinSide side, std::string fileName, std::string path) {

@@ -73,6 +73,8 @@ RectF PictureFrame(SkinSide side);
 // Rounds to the nearest integer, halves to even, into a signed 16-bit value.
 // Values beyond the 16-bit range (which the editor surface never produces) saturate.
 std::int16_t RoundToInt16(double value);
+// Whether a value, rounded as RoundToInt16 rounds it, lies within the 16-bit range.
+bool FitsInt16(double value);
 
 class SkinDocument {
 public:

@@ -13,7 +13,6 @@ class InputBlocker : public QObject {
 public:
     explicit InputBlocker(QWidget& window) : window_(window) {}
     void setBlocked(bool blocked);
-    bool isBlocked() const { return blocked_; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -3,8 +3,6 @@
 #include "skinloading.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
@@ -54,13 +52,6 @@ bool endsWith(std::string_view text, std::string_view ending) {
 float toSingle(double value) {
     constexpr double kMax = std::numeric_limits<float>::max();
     return static_cast<float>(std::clamp(value, -kMax, kMax));
-}
-
-// The drawing operations keep the anchor and the named rectangle as 16-bit integers, so an area
-// beyond that range cannot be restored: the load fails rather than store a clipped rectangle.
-bool fitsInt16(double value) {
-    const double rounded = std::nearbyint(value);
-    return rounded >= std::numeric_limits<std::int16_t>::min() && rounded <= std::numeric_limits<std::int16_t>::max();
 }
 
 // Steps 9 to 11 of one side: the picture, the four kept colours, the eight areas. False at
@@ -114,10 +105,12 @@ bool RestoreObjectArea(Editor& editor, std::int16_t side, const std::string& kin
     const float pressY = toSingle(y);
     editor.BeginArea(skinSide, pressX, pressY);
     editor.ExtendArea(skinSide, toSingle(x + w), toSingle(y + h));
+    // The anchor and the named rectangle are 16-bit integers: an area beyond that range cannot
+    // be restored, and the load fails rather than store a clipped rectangle.
     const RectF& grown = editor.Surface().Boxes(skinSide)[editor.Document().BoxCount(skinSide)].rect;
     for (double value : {double{pressX}, double{pressY}, double{grown.Left}, double{grown.Top}, double{grown.Width},
                          double{grown.Height}}) {
-        if (!fitsInt16(value)) return false;
+        if (!FitsInt16(value)) return false;
     }
     editor.BringBoxToFront(skinSide, editor.Document().BoxCount(skinSide));
     editor.SetAreaNamed(skinSide, false);

@@ -87,10 +87,10 @@ void FrmSkinCreator::selectFirstOption()
 }
 
 // The window as if unloaded and loaded again, once the editor behind it has started anew.
-// The help window it owns goes with the old window.
+// The help window is a window of its own and stays: only its close button or the program's
+// end closes it.
 void FrmSkinCreator::showAnew()
 {
-    if (help_ != nullptr) help_->close();
     selectFirstOption();
     centreOnScreen();
     activateWindow();
@@ -240,8 +240,13 @@ void FrmSkinCreator::mouseReleaseEvent(QMouseEvent* event)
 bool FrmSkinCreator::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
-    if (watched == options_ &&
-        (type == QEvent::MouseButtonPress || type == QEvent::KeyPress || type == QEvent::Wheel)) {
+    if (watched == options_ && type == QEvent::Wheel) {
+        // A wheel turned over the closed list would step through its items and run each one
+        // (the help window, the load dialog, the browser): it changes nothing. The open list's
+        // pop-up is another widget and scrolls as usual.
+        return true;
+    }
+    if (watched == options_ && (type == QEvent::MouseButtonPress || type == QEvent::KeyPress)) {
         optionChangedSinceInput_ = false;
     } else if (watched->objectName() == QLatin1String("lblCopyRight") && type == QEvent::MouseButtonPress) {
         return true;  // the link takes its own presses, so no window drag starts on it

@@ -49,8 +49,8 @@ public:
     // window starts empty on its own.
     void Form_Load();
     // After the editor has started anew (another skin): item 0 of the options list again,
-    // centred on the screen, focus on the first field, the help window closed, as a newly
-    // loaded window.
+    // centred on the screen, focus on the first field, as a newly loaded window. An open help
+    // window stays open.
     void showAnew();
 
 public slots:

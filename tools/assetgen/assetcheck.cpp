@@ -6,10 +6,13 @@
 
 #include "art.h"
 
+#include <QDir>
 #include <QDirIterator>
 #include <QGuiApplication>
 #include <QImage>
+#include <QPainter>
 #include <QSet>
+#include <QSvgRenderer>
 #include <QtTest>
 
 #include <cmath>
@@ -248,6 +251,43 @@ private slots:
         for (int edge : {16, 32, 64}) {
             QVERIFY2(sizes.contains(QSize(edge, edge)), qPrintable(QString::number(edge)));
         }
+    }
+
+    // The desktop's copies of the icon (installed, not compiled in): every theme size exists
+    // at its size, the small one is the window icon itself, and the SVG draws the same icon.
+    void desktopIconsMatchTheWindowIcon()
+    {
+        const QDir theme(QStringLiteral(SKIN_ASSETS_DIR "/icons/hicolor"));
+        QImage largest;
+        for (int edge : {16, 32, 48, 64, 128, 256}) {
+            const QImage png(theme.filePath(QStringLiteral("%1x%1/apps/skinframewright.png").arg(edge)));
+            QCOMPARE(png.size(), QSize(edge, edge));
+            if (edge == 16) {
+                QCOMPARE(png.convertToFormat(QImage::Format_ARGB32),
+                         skin::WindowIcon().pixmap(QSize(16, 16), 1.0).toImage().convertToFormat(QImage::Format_ARGB32));
+            }
+            largest = png.convertToFormat(QImage::Format_ARGB32);
+        }
+        QSvgRenderer svg(theme.filePath(QStringLiteral("scalable/apps/skinframewright.svg")));
+        QVERIFY(svg.isValid());
+        QCOMPARE(svg.defaultSize(), largest.size());
+        QImage drawn(largest.size(), QImage::Format_ARGB32);
+        drawn.fill(Qt::transparent);
+        QPainter p(&drawn);
+        svg.render(&p);
+        p.end();
+        // Edges may antialias a little differently; the shapes and colours must agree.
+        qint64 difference = 0;
+        for (int y = 0; y < drawn.height(); ++y) {
+            for (int x = 0; x < drawn.width(); ++x) {
+                const QRgb a = drawn.pixel(x, y);
+                const QRgb b = largest.pixel(x, y);
+                difference += std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) +
+                              std::abs(qBlue(a) - qBlue(b)) + std::abs(qAlpha(a) - qAlpha(b));
+            }
+        }
+        const double meanPerChannel = double(difference) / (4.0 * drawn.width() * drawn.height());
+        QVERIFY2(meanPerChannel < 2.0, qPrintable(QString::number(meanPerChannel)));
     }
 };
 

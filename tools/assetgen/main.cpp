@@ -1,5 +1,6 @@
 // assetgen: draws every picture of the program with QPainter and writes the PNG files and
-// the resource list into the assets folder; run by hand, its output is committed.
+// the resource list into the assets folder, and the desktop icon theme's pictures (PNG at
+// each installed size, and SVG) under assets/icons; run by hand, its output is committed.
 //
 //   assetgen <assets folder>                      write all pictures and assets.qrc
 //   assetgen --mockup <assets folder> <out.png>   compose the main window from the written
@@ -12,12 +13,15 @@
 #include "theme.h"
 #include "windowart.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QSaveFile>
+#include <QSvgGenerator>
 #include <QTextStream>
 
 #include <cstdio>
@@ -85,6 +89,50 @@ private:
     QStringList files_;
 };
 
+// The icon as the desktop installs it: hicolor/<N>x<N>/apps/<name>.png at each size and
+// hicolor/scalable/apps/<name>.svg, drawn by the same painting code as the window icon.
+// These are not compiled in.
+bool WriteThemeIcons(const QDir& root)
+{
+    const QString name = QStringLiteral("skinframewright");
+    for (int edge : {16, 32, 48, 64, 128, 256}) {
+        const QString folder = QStringLiteral("icons/hicolor/%1x%1/apps").arg(edge);
+        const QString file = root.filePath(folder + QLatin1Char('/') + name + QStringLiteral(".png"));
+        if (!root.mkpath(folder) || !skin::DrawIcon(edge, 1).save(file, "PNG")) {
+            std::fprintf(stderr, "assetgen: cannot write %s\n", qPrintable(file));
+            return false;
+        }
+    }
+    const QString folder = QStringLiteral("icons/hicolor/scalable/apps");
+    const QString file = root.filePath(folder + QLatin1Char('/') + name + QStringLiteral(".svg"));
+    if (!root.mkpath(folder)) {
+        std::fprintf(stderr, "assetgen: cannot make %s\n", qPrintable(root.filePath(folder)));
+        return false;
+    }
+    constexpr int kSvgEdge = 256;
+    QBuffer buffer;
+    QSvgGenerator svg;
+    svg.setOutputDevice(&buffer);
+    svg.setSize({kSvgEdge, kSvgEdge});
+    svg.setViewBox(QRect(0, 0, kSvgEdge, kSvgEdge));
+    svg.setTitle(QStringLiteral("Brindleway Skin Framewright"));
+    QPainter p(&svg);
+    p.setRenderHint(QPainter::Antialiasing);
+    skin::PaintIcon(p, kSvgEdge);
+    p.end();
+    // The generator gives the page size in millimetres at its resolution; an icon's natural
+    // size is its pixel edge.
+    QString text = QString::fromUtf8(buffer.data());
+    text.replace(QRegularExpression(QStringLiteral("width=\"[0-9.]+mm\" height=\"[0-9.]+mm\"")),
+                 QStringLiteral("width=\"%1\" height=\"%1\"").arg(kSvgEdge));
+    QSaveFile out(file);
+    if (!out.open(QIODevice::WriteOnly) || out.write(text.toUtf8()) < 0 || !out.commit()) {
+        std::fprintf(stderr, "assetgen: cannot write %s\n", qPrintable(file));
+        return false;
+    }
+    return true;
+}
+
 int Generate(const QString& folder)
 {
     Writer writer{QDir(folder)};
@@ -109,6 +157,7 @@ int Generate(const QString& folder)
                               [edge](int scale) { return skin::DrawIcon(edge, scale); });
     }
     ok = ok && writer.WriteResourceList();
+    ok = ok && WriteThemeIcons(QDir(folder));
     return ok ? 0 : 1;
 }
 

@@ -10,6 +10,9 @@ packages=(
   clang-14 libclang-rt-14-dev
   xvfb xauth xdotool x11-utils imagemagick openbox
   fonts-dejavu-core fonts-dejavu-extra python3
+  qt6-svg-dev
+  # the Debian package (dpkg-shlibdeps) and the desktop tools that the install tests use
+  dpkg-dev desktop-file-utils shared-mime-info xdg-utils libfile-mimeinfo-perl man-db
 )
 
 missing=()

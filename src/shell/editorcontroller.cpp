@@ -12,6 +12,7 @@
 #include "frmskincreator.h"
 #include "skinloading.h"
 #include "skinpackagecreation.h"
+#include "slotguard.h"
 
 namespace skin {
 
@@ -52,7 +53,7 @@ void EditorController::wireButtons()
 {
     auto button = [this](const char* name) { return window_.faceButton(name); };
     auto onClick = [this, &button](const char* name, auto operation) {
-        if (FaceButton* b = button(name)) connect(b, &FaceButton::clicked, this, operation);
+        if (FaceButton* b = button(name)) connect(b, &FaceButton::clicked, this, Guarded(operation));
     };
     onClick("imgSendLoad", [this] { editor_.LoadSkinPicture(SkinSide::Send); });
     onClick("imgReceiveLoad", [this] { editor_.LoadSkinPicture(SkinSide::Receive); });
@@ -67,13 +68,13 @@ void EditorController::wireButtons()
     for (int index = 0; index < kArrows; ++index) {
         FaceButton* arrow = button(QStringLiteral("imgArrMove%1").arg(index).toUtf8().constData());
         if (arrow == nullptr) continue;
-        connect(arrow, &FaceButton::pressed, this, [this, index] { editor_.ArrowPressed(index); });
-        connect(arrow, &FaceButton::released, this, [this, index] { editor_.ArrowReleased(index); });
-        connect(arrow, &FaceButton::clicked, this, [this, index] { editor_.ArrowClicked(index); });
+        connect(arrow, &FaceButton::pressed, this, Guarded([this, index] { editor_.ArrowPressed(index); }));
+        connect(arrow, &FaceButton::released, this, Guarded([this, index] { editor_.ArrowReleased(index); }));
+        connect(arrow, &FaceButton::clicked, this, Guarded([this, index] { editor_.ArrowClicked(index); }));
     }
     if (FaceButton* picker = button("imgPicker")) {
-        connect(picker, &FaceButton::pressed, this, [this] { editor_.PickerPressed(); });
-        connect(picker, &FaceButton::released, this, [this] { editor_.PickerReleased(); });
+        connect(picker, &FaceButton::pressed, this, Guarded([this] { editor_.PickerPressed(); }));
+        connect(picker, &FaceButton::released, this, Guarded([this] { editor_.PickerReleased(); }));
     }
 }
 
@@ -82,11 +83,11 @@ void EditorController::wireTextBoxes()
 {
     if (auto* name = window_.findChild<QLineEdit*>(QStringLiteral("txtSkinName"))) {
         connect(name, &QLineEdit::textEdited, this,
-                [this](const QString& text) { editor_.Document().SetSkinName(text.toStdString()); });
+                [this](const QString& text) { Guard([&] { editor_.Document().SetSkinName(text.toStdString()); }); });
     }
     if (auto* author = window_.findChild<QLineEdit*>(QStringLiteral("txtSkinAuthor"))) {
         connect(author, &QLineEdit::textEdited, this,
-                [this](const QString& text) { editor_.Document().SetSkinAuthor(text.toStdString()); });
+                [this](const QString& text) { Guard([&] { editor_.Document().SetSkinAuthor(text.toStdString()); }); });
     }
 }
 
@@ -96,14 +97,16 @@ void EditorController::wireHooks()
     const QPointer<EditorController> self(this);
     window_.setTimerTick([self](EditorTimer timer) {
         if (self == nullptr) return;
-        if (timer == EditorTimer::MoveObject) {
-            self->editor_.MoveTimerTick();
-        } else {
-            self->editor_.SampleScreenColour();
-        }
+        Guard([&] {
+            if (timer == EditorTimer::MoveObject) {
+                self->editor_.MoveTimerTick();
+            } else {
+                self->editor_.SampleScreenColour();
+            }
+        });
     });
     window_.setLoadSkin([self] {
-        if (self != nullptr) LoadSkin(self->editor_, self->window_.platform());
+        if (self != nullptr) Guard([&] { LoadSkin(self->editor_, self->window_.platform()); });
     });
 }
 
@@ -111,11 +114,18 @@ bool EditorController::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
     if (!IsPress(type) && type != QEvent::MouseMove && type != QEvent::MouseButtonRelease) return false;
-    for (SkinSide side : kSides) {
-        if (watched == pictures_[SideIndex(side)]) return pictureMouseEvent(side, event);
-    }
-    auto* element = qobject_cast<QWidget*>(watched);
-    return element != nullptr && elementMouseEvent(*element, event);
+    bool taken = false;
+    Guard([&] {
+        for (SkinSide side : kSides) {
+            if (watched == pictures_[SideIndex(side)]) {
+                taken = pictureMouseEvent(side, event);
+                return;
+            }
+        }
+        auto* element = qobject_cast<QWidget*>(watched);
+        taken = element != nullptr && elementMouseEvent(*element, event);
+    });
+    return taken;
 }
 
 // The side picture: the left button draws an area; every press is taken, so no press on a

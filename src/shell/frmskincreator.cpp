@@ -22,6 +22,7 @@
 #include "mainlayout.h"
 #include "options.h"
 #include "qtplatform.h"
+#include "slotguard.h"
 
 namespace skin {
 
@@ -140,9 +141,9 @@ void FrmSkinCreator::buildTimers()
         ticker->setObjectName(QString::fromUtf8(name));
         ticker->setInterval(interval);
         const EditorTimer which = timer;
-        connect(ticker, &QTimer::timeout, this, [this, which] {
+        connect(ticker, &QTimer::timeout, this, Guarded([this, which] {
             if (timerTick_) timerTick_(which);
-        });
+        }));
     }
 }
 
@@ -157,7 +158,7 @@ void FrmSkinCreator::wireButtons()
 void FrmSkinCreator::cboOptions_Click()
 {
     // Every failing step is skipped: nothing from here reaches the designer.
-    try {
+    Guard([this] {
         const int index = options_->currentIndex();
         switch (index) {
         case kOptionHelp: showHelp(); break;
@@ -169,16 +170,12 @@ void FrmSkinCreator::cboOptions_Click()
         case kOptionVisitOstervale: openPage(index); break;
         default: break;  // item 0, the separator, no selection
         }
-    } catch (...) {
-    }
+    });
 }
 
 void FrmSkinCreator::lblCopyRight_Click()
 {
-    try {
-        platform_->OpenWebPage(WebAddress(kHomePage));
-    } catch (...) {
-    }
+    Guard([this] { platform_->OpenWebPage(WebAddress(kHomePage)); });
 }
 
 void FrmSkinCreator::openPage(int index)

@@ -16,11 +16,11 @@
 #include <QTimer>
 #include <QUrl>
 
-#include <filesystem>
 
 #include "art.h"
 #include "frmskincreator.h"
 #include "mainlayout.h"
+#include "packagesupport.h"
 #include "qtcolour.h"
 
 namespace skin {
@@ -87,9 +87,7 @@ LocalDateTime QtPlatform::Now()
 
 std::string QtPlatform::TempFolder()
 {
-    std::string folder = std::filesystem::temp_directory_path().string();
-    if (folder.empty() || folder.back() != '/') folder += '/';
-    return folder;
+    return SystemTempFolder();
 }
 
 MessageAnswer QtPlatform::ShowMessage(const std::string& text, const std::string& title, MessageIcon icon,

@@ -9,7 +9,12 @@
 
 namespace skin {
 
-// The system temporary folder with its trailing separator, as the platform gives it.
+// The system's temporary folder with its trailing separator: TMPDIR when it names an existing
+// folder, otherwise /tmp/. It throws nothing (a TMPDIR that names no folder is no error).
+std::string SystemTempFolder();
+
+// The temporary folder with its trailing separator, as the platform gives it; should the
+// platform fail, the system's (SystemTempFolder). It never throws.
 std::string GetTempFolder(Platform& platform);
 
 // The platform's local time in the container's form.

@@ -86,6 +86,37 @@ bool restoreSide(Editor& editor, Platform& platform, SkinSide side, const std::s
     return true;
 }
 
+enum class LoadOutcome { Loaded, InvalidPackage, Failed };
+
+// Steps 4 to 12 for the chosen file, with the busy state on. An invalid package's message
+// shows here, before the busy state ends; the caller shows the others.
+LoadOutcome loadChosen(Editor& editor, Platform& platform, const std::string& chosenPath) {
+    std::string informationPath = chosenPath;
+    std::string sourceFolder = folderOf(chosenPath);
+    if (endsWith(chosenPath, kPackageEnding)) {
+        BwZip zip = MakePackageContainer(platform);
+        std::string unpackedInformation;  // empty: the package unpacks into a time-stamped folder
+        if (!zip.UnZip(chosenPath, GetTempFolder(platform), false, true, &unpackedInformation)) {
+            editor.Refresh();
+            show(platform, kInvalidPackageText, kLoadTitle, MessageIcon::Exclamation);
+            return LoadOutcome::InvalidPackage;
+        }
+        informationPath = unpackedInformation;
+        sourceFolder = folderOf(unpackedInformation);
+    }
+
+    SkinDocument& document = editor.Document();
+    document.SetSkinAuthor(ReadINI(kGlobalSection, kSkinAuthorKey, informationPath));
+    document.SetSkinName(ReadINI(kGlobalSection, kSkinNameKey, informationPath));
+    editor.Refresh();
+
+    for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
+        editor.ResetSide(side);
+        if (!restoreSide(editor, platform, side, informationPath, sourceFolder)) return LoadOutcome::Failed;
+    }
+    return LoadOutcome::Loaded;
+}
+
 }  // namespace
 
 bool RestoreObjectArea(Editor& editor, std::int16_t side, const std::string& kind, const std::string& left,
@@ -131,39 +162,22 @@ void LoadSkin(Editor& editor, Platform& platform) {
     }
 
     busyOn(platform);
-    std::string informationPath = choice->path;
-    std::string sourceFolder = folderOf(choice->path);
-    if (endsWith(choice->path, kPackageEnding)) {
-        BwZip zip = MakePackageContainer(platform);
-        std::string unpackedInformation;  // empty: the package unpacks into a time-stamped folder
-        if (!zip.UnZip(choice->path, GetTempFolder(platform), false, true, &unpackedInformation)) {
-            editor.Refresh();
-            show(platform, kInvalidPackageText, kLoadTitle, MessageIcon::Exclamation);
-            busyOff(platform);
-            return;
-        }
-        informationPath = unpackedInformation;
-        sourceFolder = folderOf(unpackedInformation);
+    // Whatever fails on the way, expected or not (memory, a file system that throws), ends on
+    // the failure path: the busy state off and the load error message.
+    LoadOutcome outcome = LoadOutcome::Failed;
+    try {
+        outcome = loadChosen(editor, platform, choice->path);
+    } catch (...) {
+        outcome = LoadOutcome::Failed;
     }
-
-    SkinDocument& document = editor.Document();
-    document.SetSkinAuthor(ReadINI(kGlobalSection, kSkinAuthorKey, informationPath));
-    document.SetSkinName(ReadINI(kGlobalSection, kSkinNameKey, informationPath));
-    editor.Refresh();
-
-    for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
-        editor.ResetSide(side);
-        if (!restoreSide(editor, platform, side, informationPath, sourceFolder)) {
-            busyOff(platform);
-            editor.Refresh();
-            show(platform, kLoadErrorText, kLoadErrorTitle, MessageIcon::Exclamation);
-            return;
-        }
-    }
-
     busyOff(platform);
+    if (outcome == LoadOutcome::InvalidPackage) return;
     editor.Refresh();
-    show(platform, kLoadedText, kLoadTitle, MessageIcon::Information);
+    if (outcome == LoadOutcome::Loaded) {
+        show(platform, kLoadedText, kLoadTitle, MessageIcon::Information);
+    } else {
+        show(platform, kLoadErrorText, kLoadErrorTitle, MessageIcon::Exclamation);
+    }
 }
 
 }  // namespace skin

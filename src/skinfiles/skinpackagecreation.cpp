@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 
+#include "packagenames.h"
 #include "packagesupport.h"
 #include "skininformation.h"
 
@@ -47,13 +48,6 @@ std::size_t characterCount(std::string_view text) {
     return count;
 }
 
-// The skin information file name comes from the skin name, which a loaded skin may have
-// brought from anywhere; it must stay a plain name inside the temporary skin folder.
-bool isPlainFileName(std::string_view name) {
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos &&
-           name.find('\0') == std::string_view::npos;
-}
-
 void busyOn(Platform& platform) {
     platform.SetHourglass(true);
     platform.SetMainWindowInput(false);
@@ -71,6 +65,38 @@ void busyOff(Platform& platform) {
 void failurePath(Platform& platform) {
     busyOff(platform);
     show(platform, kFailureText, kScriptErrorTitle, MessageIcon::Information);
+}
+
+// The skin name (the package's root folder and, without blanks, its information file) and the
+// picture file names are written as file names by the client on Windows. One that it could not
+// use, or that the package's text cannot hold, is refused here, before anything is written,
+// with what is wrong and what to change.
+bool namesFitAPackage(const SkinDocument& document, Platform& platform) {
+    const std::string& skinName = document.SkinName();
+    std::optional<std::string> fault = PackageNameFault(skinName);
+    if (!fault) {
+        const std::string informationName = SkinInformationFileName(skinName);
+        if (auto derived = PackageNameFault(informationName)) {
+            fault = "gives the information file name \"" + informationName + "\", which " + *derived;
+        }
+    }
+    if (fault) {
+        show(platform, "The skin name \"" + skinName + "\" " + *fault + ".\r\nPlease change the skin name.",
+             kCreationErrorTitle, MessageIcon::Information);
+        platform.FocusTextBox(TextBox::SkinName);
+        return false;
+    }
+    for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
+        const std::string& fileName = document.PictureFileName(side);
+        if (auto pictureFault = PackageNameFault(fileName)) {
+            show(platform,
+                 std::string("The file name of the ") + (side == SkinSide::Send ? "Send" : "Receive") + " picture, \"" +
+                     fileName + "\", " + *pictureFault + ".\r\nPlease rename the picture file and load it again.",
+                 kCreationErrorTitle, MessageIcon::Information);
+            return false;
+        }
+    }
+    return true;
 }
 
 // The save dialog, shown again after each refused file title; nullopt when cancelled.
@@ -102,6 +128,50 @@ bool fileExists(const std::string& path) {
     return !ec && fs::exists(status) && !fs::is_directory(status);
 }
 
+// Steps 7 to 13, from the busy state on: false when the run ended on the way (declined
+// overwrite, failure), with the busy state off and any message shown.
+bool writePackage(const SkinDocument& document, Platform& platform, const std::string& packagePath) {
+    const auto fail = [&platform] {
+        failurePath(platform);
+        return false;
+    };
+    busyOn(platform);
+    if (fileExists(packagePath)) {
+        const MessageAnswer answer =
+            show(platform, kPackageExistsText, kCreationTitle, MessageIcon::Question, MessageButtons::YesNo);
+        if (answer != MessageAnswer::Yes) {
+            busyOff(platform);
+            return false;
+        }
+        // The container appends, so the old package goes first; it stays gone if a later step fails.
+        std::error_code ec;
+        if (!fs::remove(packagePath, ec) || ec) return fail();
+    }
+
+    // A folder of this second left by an earlier run is not reused: its content is unknown.
+    const std::string skinFolder = GetTempFolder(platform) + PackageTimeStamp(PackageTimeFrom(platform.Now()));
+    std::error_code ec;
+    if (fs::exists(fs::symlink_status(skinFolder, ec))) return fail();
+    if (!fs::create_directory(skinFolder, ec) || ec) return fail();
+
+    const std::string informationPath = skinFolder + "/" + SkinInformationFileName(document.SkinName());
+    WriteSkinInformation(document, informationPath, platform);
+
+    BwZip zip = MakePackageContainer(platform);
+    zip.AddFileFolder(document.PicturePath(SkinSide::Send));
+    zip.AddFileFolder(document.PicturePath(SkinSide::Receive));
+    zip.AddFileFolder(informationPath);
+    // The container leaves no package behind when it fails; success is never reported then.
+    if (zip.Zip(document.SkinName(), packagePath).empty()) return fail();
+
+    // Clean-up ignores errors: a folder that still holds something stays.
+    if (fileExists(informationPath)) fs::remove(informationPath, ec);
+    if (fs::is_directory(skinFolder, ec)) fs::remove(skinFolder, ec);
+
+    busyOff(platform);
+    return true;
+}
+
 }  // namespace
 
 void CreateSkinPackage(Editor& editor, Platform& platform) {
@@ -121,50 +191,24 @@ void CreateSkinPackage(Editor& editor, Platform& platform) {
         platform.FocusTextBox(TextBox::SkinAuthor);
         return;
     }
+    if (!namesFitAPackage(document, platform)) return;
 
     const std::optional<FileChoice> choice = askPackagePath(platform);
     if (!choice) {
         busyOff(platform);  // the failure path, silent for a cancelled dialog
         return;
     }
-    const std::string& packagePath = choice->path;
 
-    busyOn(platform);
-    const std::string informationName = SkinInformationFileName(document.SkinName());
-    if (!isPlainFileName(informationName)) return failurePath(platform);
-    if (fileExists(packagePath)) {
-        const MessageAnswer answer =
-            show(platform, kPackageExistsText, kCreationTitle, MessageIcon::Question, MessageButtons::YesNo);
-        if (answer != MessageAnswer::Yes) {
-            busyOff(platform);
-            return;
-        }
-        // The container appends, so the old package goes first; it stays gone if a later step fails.
-        std::error_code ec;
-        if (!fs::remove(packagePath, ec) || ec) return failurePath(platform);
+    // Whatever fails on the way, expected or not (memory, a file system that throws), ends on
+    // the failure path: the busy state off and the failure message.
+    bool written = false;
+    try {
+        written = writePackage(document, platform, choice->path);
+    } catch (...) {
+        failurePath(platform);
     }
+    if (!written) return;
 
-    // A folder of this second left by an earlier run is not reused: its content is unknown.
-    const std::string skinFolder = GetTempFolder(platform) + PackageTimeStamp(PackageTimeFrom(platform.Now()));
-    std::error_code ec;
-    if (fs::exists(fs::symlink_status(skinFolder, ec))) return failurePath(platform);
-    if (!fs::create_directory(skinFolder, ec) || ec) return failurePath(platform);
-
-    const std::string informationPath = skinFolder + "/" + informationName;
-    WriteSkinInformation(document, informationPath, platform);
-
-    BwZip zip = MakePackageContainer(platform);
-    zip.AddFileFolder(document.PicturePath(SkinSide::Send));
-    zip.AddFileFolder(document.PicturePath(SkinSide::Receive));
-    zip.AddFileFolder(informationPath);
-    // The container leaves no package behind when it fails; success is never reported then.
-    if (zip.Zip(document.SkinName(), packagePath).empty()) return failurePath(platform);
-
-    // Clean-up ignores errors: a folder that still holds something stays.
-    if (fileExists(informationPath)) fs::remove(informationPath, ec);
-    if (fs::is_directory(skinFolder, ec)) fs::remove(skinFolder, ec);
-
-    busyOff(platform);
     const MessageAnswer another =
         show(platform, kSuccessText, kCreationTitle, MessageIcon::Exclamation, MessageButtons::YesNo);
     if (another == MessageAnswer::Yes) {

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <unistd.h>
@@ -15,6 +18,8 @@
 #include "editor.h"
 #include "fakeplatform.h"
 #include "ini.h"
+#include "packagenames.h"
+#include "packagesupport.h"
 #include "skininformation.h"
 #include "skinloading.h"
 #include "skinpackagecreation.h"
@@ -226,13 +231,151 @@ TEST_F(CreationTest, OverwriteNoCancelAndTheFailurePath) {
     EXPECT_TRUE(fs::exists(StampFolder() + "/MySkin.bsi"));
     EXPECT_EQ(editor.Document().SkinName(), "My Skin");
 
-    // A skin name that is no plain file name writes nowhere.
-    editor.Document().SetSkinName("../../Escape");
-    ChooseSave(Path("out/SKIN.bsz"));
+}
+
+// A platform that fails where nothing is expected to: its clock, its picture loading.
+struct FailingPlatform : FakePlatform {
+    bool clockFails = false, picturesFail = false;
+    LocalDateTime Now() override {
+        if (clockFails) throw std::runtime_error("no clock");
+        return FakePlatform::Now();
+    }
+    bool LoadPicture(SkinSide side, const std::string& path) override {
+        if (picturesFail) throw std::bad_alloc();
+        return FakePlatform::LoadPicture(side, path);
+    }
+};
+
+// An unexpected failure takes the operation's own failure path: the busy state ends, its
+// message shows, and no package is left behind.
+TEST(UnexpectedFailures, EndCreationAndLoadingOnTheirFailurePaths) {
+    FailingPlatform platform;
+    Editor editor{platform, nullptr};
+    const fs::path root = fs::temp_directory_path() / ("unexpected-" + std::to_string(::getpid()));
+    fs::create_directories(root / "tmp");
+    platform.tempFolder = (root / "tmp/").string();
+    std::ofstream(root / "s.bmp") << "BM";
+    editor.Document().SetPicture(SkinSide::Send, "s.bmp", (root / "s.bmp").string());
+    editor.Document().SetPicture(SkinSide::Receive, "s.bmp", (root / "s.bmp").string());
+    editor.Document().SetSkinName("Blue");
+    editor.Document().SetSkinAuthor("Ada");
+    platform.clockFails = true;
+    platform.saveAnswers.push_back(FileChoice{(root / "BLUE.bsz").string(), "BLUE.bsz"});
     CreateSkinPackage(editor, platform);
-    expectFailure({"Script Creation Error"});
-    EXPECT_FALSE(fs::exists(Path("Escape.bsi")));
-    EXPECT_FALSE(fs::exists(Path("out/SKIN.bsz")));
+    EXPECT_EQ(Log(platform.log.end() - 4, platform.log.end()),
+              (Log{"hourglass off", "input on", "picCreating hidden", "message Script Creation Error"}));
+    EXPECT_FALSE(fs::exists(root / "BLUE.bsz"));
+
+    platform.clockFails = false;
+    platform.saveAnswers.push_back(FileChoice{(root / "BLUE.bsz").string(), "BLUE.bsz"});
+    CreateSkinPackage(editor, platform);
+    ASSERT_EQ(platform.messages.back().text, kSuccessText);
+    platform.picturesFail = true;
+    platform.openAnswers.push_back(FileChoice{(root / "BLUE.bsz").string(), "BLUE.bsz"});
+    LoadSkin(editor, platform);
+    EXPECT_EQ(Log(platform.log.end() - 4, platform.log.end()),
+              (Log{"hourglass off", "picLoading hidden", "input on", "message Skin Load Error"}));
+    fs::remove_all(root);
+}
+
+// Names the client on Windows could not use, or that Windows-1252 cannot hold, are refused
+// before the save dialog, with the name and what to change; nothing is written.
+TEST_F(CreationTest, NamesAPackageCannotCarryAreRefusedBeforeAnythingIsWritten) {
+    MakeFullSkin();
+    const std::string title = "Package Creation Error";
+    editor.Document().SetSkinName("AC\\DC");
+    CreateSkinPackage(editor, platform);
+    EXPECT_EQ(Message(0), (Said{"The skin name \"AC\\DC\" contains the character \"\\\", which Windows does not allow "
+                                "in file names.\r\nPlease change the skin name.",
+                                title, MessageIcon::Information, MessageButtons::Ok}));
+    EXPECT_EQ(platform.log, (Log{"message " + title, "focus txtSkinName"}));
+
+    editor.Document().SetSkinName("C O N");  // its information file would be CON.bsi
+    CreateSkinPackage(editor, platform);
+    EXPECT_EQ(platform.messages.back().text,
+              "The skin name \"C O N\" gives the information file name \"CON.bsi\", which is a name Windows reserves "
+              "for a device.\r\nPlease change the skin name.");
+
+    editor.Document().SetSkinName("My Skin");
+    for (const auto& [side, name] : {std::pair{SkinSide::Send, "logo\\v2.bmp"}, {SkinSide::Receive, "\u0416\u0430\u0440.bmp"}}) {
+        editor.Document().SetPicture(side, name, Path("pictures/send.bmp"));
+        CreateSkinPackage(editor, platform);
+        editor.Document().SetPicture(side, "fine.bmp", Path("pictures/send.bmp"));
+    }
+    EXPECT_EQ(std::get<0>(Message(2)), "The file name of the Send picture, \"logo\\v2.bmp\", contains the character "
+                                       "\"\\\", which Windows does not allow in file names.\r\nPlease rename the "
+                                       "picture file and load it again.");
+    EXPECT_EQ(std::get<0>(Message(3)), "The file name of the Receive picture, \"\u0416\u0430\u0440.bmp\", contains the "
+                                       "character \"\u0416\", which the package's text (Windows-1252) cannot hold."
+                                       "\r\nPlease rename the picture file and load it again.");
+    EXPECT_EQ(platform.messages.size(), 4u);
+    EXPECT_TRUE(platform.saveDialogs.empty());
+    EXPECT_FALSE(platform.hourglass);
+    EXPECT_TRUE(fs::is_empty(platform.tempFolder));
+}
+
+// The rule for names in a package: what Windows cannot use as a file name or Windows-1252
+// cannot hold is refused, with the reason; everything else passes unchanged.
+TEST(PackageNameFault, RefusesWhatTheClientCouldNotWriteAndNothingElse) {
+    for (const char* safe : {"My Skin", "send skin.bmp", "recv-01.bmp", " leading blank", ".hidden", "caf\u00e9 \u20ac.bmp",
+                             "CONSOLE.bmp", "COM10", "LPT0.bmp", "NULL", "a.b.c", "AC-DC", "\u0152uvre"}) {
+        EXPECT_EQ(PackageNameFault(safe), std::nullopt) << safe;
+    }
+    const std::pair<const char*, const char*> refused[] = {
+        {"AC\\DC", "contains the character \"\\\", which Windows does not allow in file names"},
+        {"a/b", "contains the character \"/\", which Windows does not allow in file names"},
+        {"what?", "contains the character \"?\", which Windows does not allow in file names"},
+        {"tab\there", "contains a control character"},
+        {"c1\u0081", "contains a control character"},
+        {"del\x7f", "contains a control character"},
+        {"\u65e5\u672c.bmp", "contains the character \"\u65e5\", which the package's text (Windows-1252) cannot hold"},
+        {"bad\xff", "contains the character \"\xff\", which the package's text (Windows-1252) cannot hold"},
+        {"name.", "ends in a dot, which Windows drops from file names"},
+        {"..", "ends in a dot, which Windows drops from file names"},
+        {"name ", "ends in a blank, which Windows drops from file names"},
+        {"con", "is a name Windows reserves for a device"},
+        {"Nul .bmp", "is a name Windows reserves for a device"},
+        {"com1.tar.gz", "is a name Windows reserves for a device"},
+        {"LPT\u00b9", "is a name Windows reserves for a device"},
+        {"", "is empty"},
+    };
+    for (const auto& [name, fault] : refused) EXPECT_EQ(PackageNameFault(name), std::optional<std::string>(fault)) << name;
+    for (const char* forbidden : {":", "*", "\"", "<", ">", "|"}) {
+        EXPECT_NE(PackageNameFault(std::string("a") + forbidden + "b"), std::nullopt) << forbidden;
+    }
+}
+
+// TMPDIR when it names an existing folder, otherwise /tmp/; a platform that fails falls back to it.
+TEST(TempFolder, IsTmpdirWhenItIsAFolderElseTheSystemDefaultAndNeverThrows) {
+    const fs::path folder = fs::temp_directory_path() / ("tmpdir-" + std::to_string(::getpid()));
+    fs::create_directories(folder);
+    std::ofstream(folder / "file") << "x";
+    const char* before = std::getenv("TMPDIR");
+    const std::string kept = before != nullptr ? before : "";
+    const std::pair<std::string, std::string> cases[] = {
+        {folder.string(), folder.string() + "/"}, {folder.string() + "/", folder.string() + "/"},
+        {(folder / "missing").string(), "/tmp/"}, {(folder / "file").string(), "/tmp/"}, {"", "/tmp/"}};
+    for (const auto& [tmpdir, expected] : cases) {
+        ::setenv("TMPDIR", tmpdir.c_str(), 1);
+        EXPECT_EQ(SystemTempFolder(), expected) << tmpdir;
+    }
+    ::unsetenv("TMPDIR");
+    EXPECT_EQ(SystemTempFolder(), "/tmp/");
+
+    struct NoFolderPlatform : FakePlatform {
+        std::string TempFolder() override { throw std::runtime_error("no folder"); }
+    } failing;
+    ::setenv("TMPDIR", folder.string().c_str(), 1);
+    EXPECT_EQ(GetTempFolder(failing), folder.string() + "/");
+    FakePlatform plain;
+    plain.tempFolder = "/somewhere";  // the separator is added
+    EXPECT_EQ(GetTempFolder(plain), "/somewhere/");
+    if (before != nullptr) {
+        ::setenv("TMPDIR", kept.c_str(), 1);
+    } else {
+        ::unsetenv("TMPDIR");
+    }
+    fs::remove_all(folder);
 }
 
 TEST_F(LoadingTest, PackageMadeByCreationComesBackWhole) {

@@ -8,7 +8,8 @@ packages=(
   qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev zlib1g-dev
   clang-14 libclang-rt-14-dev
-  xvfb xauth xdotool x11-utils imagemagick openbox
+  xvfb xauth xdotool x11-utils imagemagick openbox dbus-daemon
+  qt6-wayland sway grim wtype
   fonts-dejavu-core fonts-dejavu-extra python3
   qt6-svg-dev
   # the Debian package (dpkg-shlibdeps) and the desktop tools that the install tests use

@@ -42,6 +42,7 @@ void Editor::ChooseColour() {
     if (!chosen) return;
     surface_.dialogColour = *chosen;
     surface_.swatch = *chosen;
+    surface_.swatchUnread = false;
     ApplyColour(surface_.swatch);
     Refresh();
 }
@@ -49,6 +50,7 @@ void Editor::ChooseColour() {
 void Editor::PickerPressed() {
     surface_.pickerFace = PressedFace(kPickerTag);
     platform_.SetPickerPointer(true);
+    surface_.swatchUnread = false;
     // The skin picture beneath each text field shows through its box's hatch while held;
     // the view hears each swap on its own, in this order.
     for (TextField f : kPickerOrder) {
@@ -62,7 +64,9 @@ void Editor::PickerPressed() {
 }
 
 void Editor::SampleScreenColour() {
-    surface_.swatch = platform_.ScreenPixelAtPointer();
+    const std::optional<OleColour> pixel = platform_.ScreenPixelAtPointer();
+    if (pixel) surface_.swatch = *pixel;
+    surface_.swatchUnread = !pixel;
     Refresh();
 }
 
@@ -75,6 +79,14 @@ void Editor::PickerReleased() {
         surface_.Label(f).visible = true;
         surface_.Boxes(SideOf(f))[surface_.TextFieldBox(f)].visible = false;
         Refresh();
+    }
+    // Released where nothing could be read: the swatch was not read there, so it is not applied.
+    if (surface_.swatchUnread) {
+        Refresh();
+        const std::optional<OleColour> picked = platform_.PickColourWithDesktop();
+        if (!picked) return;
+        surface_.swatch = *picked;
+        surface_.swatchUnread = false;
     }
     ApplyColour(surface_.swatch);
     Refresh();

@@ -94,8 +94,11 @@ public:
     // The colour dialog on its remembered colour; a cancel changes nothing.
     void ChooseColour();
     void PickerPressed();
-    // A tick of tmrScreenColor: the swatch takes the screen pixel under the pointer.
+    // A tick of tmrScreenColor: the swatch takes the screen pixel under the pointer; where no
+    // pixel can be read it stays as it is and is marked unread.
     void SampleScreenColour();
+    // Applies the swatch, unless the last sample was unread: then the desktop's own pick, if
+    // any, gives the colour, and without one nothing changes.
     void PickerReleased();
 
     // Everything back to the start of a new main window: empty document, a single hidden box

@@ -105,6 +105,7 @@ struct EditorSurface {
     std::string pickerFace;                       // imgPicker face shown: "Eye_OFF" / "Eye_ON"
 
     OleColour swatch = kSwatchStart;        // picPreView's background
+    bool swatchUnread = false;              // the picker's last sample found no readable pixel
     OleColour dialogColour = kDialogStart;  // the colour dialog's remembered colour
     int nextZ = 0;                          // the last stacking number handed out
 

@@ -82,8 +82,13 @@ public:
     virtual void StartTimer(EditorTimer timer) = 0;
     virtual void StopTimer(EditorTimer timer) = 0;
 
-    // The colour of the screen pixel under the pointer, from any window, as an RGB OLE colour.
-    virtual OleColour ScreenPixelAtPointer() = 0;
+    // The colour of the screen pixel under the pointer, from any window, as an RGB OLE colour;
+    // nullopt where the session lets no pixel be read (no colour is ever made up).
+    virtual std::optional<OleColour> ScreenPixelAtPointer() = 0;
+    // The desktop's own colour pick, for a place the program cannot read: modal, the designer
+    // picks a pixel anywhere on the screen. nullopt when the desktop offers none, or the pick
+    // was cancelled or failed.
+    virtual std::optional<OleColour> PickColourWithDesktop() = 0;
     // The picker's pointer image on the main window while the picker is held.
     virtual void SetPickerPointer(bool on) = 0;
 

@@ -12,7 +12,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPixmap>
-#include <QScreen>
 #include <QTimer>
 #include <QUrl>
 
@@ -239,15 +238,21 @@ void QtPlatform::StopTimer(EditorTimer timer)
     if (auto* ticker = window_.findChild<QTimer*>(QString::fromUtf8(TimerName(timer)))) ticker->stop();
 }
 
-OleColour QtPlatform::ScreenPixelAtPointer()
+std::optional<OleColour> QtPlatform::ScreenPixelAtPointer()
 {
-    const QPoint pointer = QCursor::pos();
-    QScreen* screen = QGuiApplication::screenAt(pointer);
-    if (screen == nullptr) return 0;
-    const QPoint local = pointer - screen->geometry().topLeft();
-    const QImage pixel = screen->grabWindow(0, local.x(), local.y(), 1, 1).toImage();
-    if (pixel.isNull()) return 0;
-    return ToOle(pixel.pixelColor(0, 0));
+    const std::optional<QColor> colour = pixelSource_.colourAt(QCursor::pos());
+    if (!colour) return std::nullopt;
+    return ToOle(*colour);
+}
+
+// The main window takes no input while the desktop's pick runs in its nested event loop.
+std::optional<OleColour> QtPlatform::PickColourWithDesktop()
+{
+    inputBlocker_.setBlocked(true);
+    const std::optional<QColor> colour = pixelSource_.pickWithDesktop();
+    inputBlocker_.setBlocked(false);
+    if (!colour) return std::nullopt;
+    return ToOle(*colour);
 }
 
 // While a mouse button is held Qt keeps showing the pressed widget's pointer, so the picker

@@ -11,6 +11,7 @@
 
 #include "inputblocker.h"
 #include "platform.h"
+#include "screenpixelsource.h"
 
 class QWidget;
 
@@ -47,7 +48,8 @@ public:
     void StartTimer(EditorTimer timer) override;
     void StopTimer(EditorTimer timer) override;
 
-    OleColour ScreenPixelAtPointer() override;
+    std::optional<OleColour> ScreenPixelAtPointer() override;
+    std::optional<OleColour> PickColourWithDesktop() override;
     void SetPickerPointer(bool on) override;
 
     void OpenWebPage(const std::string& url) override;
@@ -57,6 +59,7 @@ private:
 
     QWidget& window_;
     InputBlocker inputBlocker_;
+    ScreenPixelSource pixelSource_;
     bool hourglass_ = false;      // each indication pushes one override cursor; keep them paired
     bool pickerPointer_ = false;
 };

@@ -14,6 +14,7 @@
 #include "art.h"
 #include "facebutton.h"
 #include "qtcolour.h"
+#include "screenpixelsource.h"
 
 namespace skin {
 
@@ -91,6 +92,7 @@ QtSurfaceView::QtSurfaceView(QWidget& window, QObject* elementFilter) : window_(
     map_ = window_.findChild<FaceButton*>(QStringLiteral("imgMap"));
     text_ = window_.findChild<FaceButton*>(QStringLiteral("imgText"));
     picker_ = window_.findChild<FaceButton*>(QStringLiteral("imgPicker"));
+    if (picker_ != nullptr) picker_->setToolTip(PickerTooltip(CurrentPickerReach()));
     swatch_ = window_.findChild<QLabel*>(QStringLiteral("picPreView"));
     currSel_ = window_.findChild<QLabel*>(QStringLiteral("lblCurrSel"));
     skinName_ = window_.findChild<QLineEdit*>(QStringLiteral("txtSkinName"));
@@ -219,7 +221,11 @@ void QtSurfaceView::mirrorTools(const EditorSurface& surface)
     SetTagAndFace(map_, surface.mapTag);
     SetTagAndFace(text_, surface.textTag);
     ShowFace(picker_, surface.pickerFace);
-    if (swatch_ != nullptr) SetRoleColour(*swatch_, QPalette::Window, ToQColor(surface.swatch));
+    if (swatch_ != nullptr) {
+        SetRoleColour(*swatch_, QPalette::Window, ToQColor(surface.swatch));
+        const QString note = surface.swatchUnread ? UnreadSwatchTooltip() : QString();
+        if (swatch_->toolTip() != note) swatch_->setToolTip(note);
+    }
 }
 
 // The text boxes are only written when they differ from the document, so the designer's

@@ -20,7 +20,8 @@ public:
     std::deque<std::optional<FileChoice>> saveAnswers;     // default when empty: cancel
     std::deque<std::optional<OleColour>> colourAnswers;    // default when empty: cancel
     std::deque<std::optional<AreaKind>> menuAnswers;       // default when empty: dismissed
-    std::deque<OleColour> screenPixels;                    // default when empty: 0
+    std::deque<std::optional<OleColour>> screenPixels;     // default when empty: 0; nullopt: unreadable
+    std::deque<std::optional<OleColour>> desktopPicks;     // default when empty: no desktop pick
     bool picturesLoad = true;                              // LoadPicture's result
 
     // --- record ---
@@ -100,11 +101,15 @@ public:
     }
     void StartTimer(EditorTimer t) override { (t == EditorTimer::MoveObject ? moveTimer : colourTimer) = true; }
     void StopTimer(EditorTimer t) override { (t == EditorTimer::MoveObject ? moveTimer : colourTimer) = false; }
-    OleColour ScreenPixelAtPointer() override {
+    std::optional<OleColour> ScreenPixelAtPointer() override {
         if (screenPixels.empty()) return 0;
-        OleColour c = screenPixels.front();
+        std::optional<OleColour> c = screenPixels.front();
         if (screenPixels.size() > 1) screenPixels.pop_front();  // the last colour stays under the pointer
         return c;
+    }
+    std::optional<OleColour> PickColourWithDesktop() override {
+        log.push_back("desktop pick");
+        return pop(desktopPicks);
     }
     void SetPickerPointer(bool on) override { pickerPointer = on; }
     void OpenWebPage(const std::string& url) override { webPages.push_back(url); }

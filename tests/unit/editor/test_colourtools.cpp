@@ -1,4 +1,6 @@
 // The colour target switch, the colour dialog and the screen colour picker.
+#include <algorithm>
+
 #include "editortestsupport.h"
 
 namespace skin::testing {
@@ -53,6 +55,48 @@ TEST_F(EditorTest, PickerAndColourTargetSetTheTargetColourOfTheSelectedLabel) {
     editor.ApplyColour(kTeal);
     EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kTeal);
     EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Text), kRed);
+}
+
+// Where the session lets nothing be read, the picker never makes a colour up: the swatch
+// keeps the last colour read and is marked unread, and a release there stores nothing unless
+// the desktop's own pick gives a colour.
+TEST_F(EditorTest, PickerStoresOnlyColoursItRead) {
+    drawArea(Send, 0, 100, 100, 300, 200);
+    platform.screenPixels = {kTeal, std::nullopt};
+    editor.PickerPressed();
+    editor.SampleScreenColour();
+    EXPECT_FALSE(surface().swatchUnread);
+    editor.SampleScreenColour();  // the pointer has left what can be read
+    EXPECT_EQ(surface().swatch, kTeal);
+    EXPECT_TRUE(surface().swatchUnread);
+    editor.PickerReleased();  // no desktop pick
+    EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kLightGrey);
+    EXPECT_EQ(surface().swatch, kTeal);
+    EXPECT_TRUE(surface().swatchUnread);
+    EXPECT_EQ(surface().pickerFace, "Eye_OFF");
+    EXPECT_FALSE(platform.colourTimer);
+
+    // Released unread again, the desktop's pick answers: its colour is swatch and label colour.
+    platform.desktopPicks = {kRed, std::nullopt};
+    editor.PickerPressed();
+    EXPECT_FALSE(surface().swatchUnread);
+    editor.SampleScreenColour();
+    editor.PickerReleased();
+    EXPECT_EQ(surface().swatch, kRed);
+    EXPECT_FALSE(surface().swatchUnread);
+    EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kRed);
+    // A cancelled desktop pick changes nothing; a readable pixel later needs no desktop pick.
+    editor.PickerPressed();
+    editor.SampleScreenColour();
+    editor.PickerReleased();
+    EXPECT_EQ(surface().swatch, kRed);
+    EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kRed);
+    platform.screenPixels = {kTeal};
+    editor.PickerPressed();
+    editor.SampleScreenColour();
+    editor.PickerReleased();
+    EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kTeal);
+    EXPECT_EQ(std::count(platform.log.begin(), platform.log.end(), "desktop pick"), 3);
 }
 
 TEST_F(EditorTest, PickerSwapsNamedTextFieldsForTheirBoxesOneByOneInTheFixedOrder) {

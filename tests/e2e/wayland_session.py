@@ -1,0 +1,238 @@
+#!/usr/bin/env python3
+"""The real program as a native Wayland client on a private headless sway, worked only through
+input on the compositor's own path (a virtual pointer, a virtual keyboard): the window appears
+undecorated at its size, a drag on its background moves it by the drag's distance, a picture
+loads through the open dialog, an area is drawn and named through the pop-up menu, the picker
+over a colour chip colours the selected label (and, released where the session lets nothing be
+read, changes nothing), and a package is created and loads back with the same values.
+
+    wayland_session.py --app PROGRAM --bsztool BSZTOOL --out BUILD_FOLDER
+
+Screenshots stay in the build folder (wayland-*.png); on failure the step is named."""
+
+import argparse
+import configparser
+import glob
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "lib"))
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from designer_session import (BARE_BACKGROUND, CBO_OPTIONS, CMD_CREATE, IMG_CLOSE, IMG_PICKER,  # noqa: E402
+                              IMG_RECEIVE_LOAD, IMG_SEND_LOAD, PIC_PREVIEW, RED_CHIP, TITLE, TXT_SKIN_AUTHOR, TXT_SKIN_NAME,
+                              TWIPS, Check, expect, expected_rect, ink, ole, on)
+from wldriver import Sway, WaylandApp  # noqa: E402
+from xdriver import DriverError, poll, run  # noqa: E402
+
+SEND_GROUND, SEND_BLOCK, RECEIVE_GROUND = "#5080C0", "#203060", "#D8E8F0"
+USER_LIST = ("Send", "User List", [(20, 20), (60, 60), (110, 100), (150, 130)])
+CHIP_COLOUR = "#FF0000"
+INITIAL_BACK = "#E0E0E0"  # the User List's start back colour, 0x00E0E0E0
+SKIN_NAME, SKIN_AUTHOR = "Tidewater", "Ostervale Studio"
+
+
+class Session:
+    def __init__(self, args, sway):
+        self.args, self.out, self.step = args, args.out, "start"
+        self.work = tempfile.mkdtemp(prefix="wayland-")
+        self.program_tmp = os.path.join(self.work, "tmp")
+        os.makedirs(self.program_tmp)
+        self.package = os.path.join(self.work, "TIDE01.bsz")
+        self.app = WaylandApp(sway, args.app, TITLE, dict(os.environ, TMPDIR=self.program_tmp),
+                              os.path.join(self.out, "wayland-program.log"))
+
+    def begin(self, name):
+        self.step = name
+        print(f"[wayland] {name}", flush=True)
+
+    def shot(self, name):
+        """The main window, with the pointer resting on its bare background."""
+        self.app.move(*BARE_BACKGROUND)
+        time.sleep(0.3)  # the last repaint lands
+        return self.app.screenshot(os.path.join(self.out, name))
+
+    def label_rect(self):
+        side, _, path = USER_LIST
+        left, top, width, height = expected_rect(side, path)
+        x, y = on(side, 0, 0)
+        return x + left // TWIPS, y + top // TWIPS, width // TWIPS, height // TWIPS
+
+    def label_back(self, image):
+        """The User List label's back colour, near its lower right corner (away from its caption)."""
+        x, y, w, h = self.label_rect()
+        return image.at(x + w - 4, y + h - 4)
+
+    def wait_label_back(self, colour, what):
+        return poll(what, lambda: (lambda i: self.label_back(i) == colour and i)(
+            self.app.screenshot(os.path.join(self.out, "wayland-poll.png"))))
+
+    def run(self):
+        app = self.app
+        picture = os.path.join(self.work, "send skin.bmp")
+        receive_picture = os.path.join(self.work, "recv.bmp")
+        run(["convert", "-size", "724x516", f"xc:{SEND_GROUND}", "-fill", SEND_BLOCK, "-draw",
+             "rectangle 440,120 580,280", "-type", "TrueColor", f"BMP3:{picture}"])
+        run(["convert", "-size", "181x110", f"xc:{RECEIVE_GROUND}", "-type", "TrueColor", f"BMP3:{receive_picture}"])
+
+        self.begin("start: one 792 x 409 window, no decorations")
+        window = app.start()
+        expect(app.size == (792, 409), f"the main window is {app.size}")
+        expect(window["border"] in ("none", "csd") and window["deco_rect"]["height"] == 0,
+               f"sway decorates the window: border {window['border']}, {window['deco_rect']}")
+        time.sleep(0.3)
+        x, y = app.origin
+        screen = app.screen_shot(os.path.join(self.out, "wayland-00-start.png"))
+        ground = Sway.BACKGROUND.upper()
+        around = [(x - 1, y + 200), (x + 792, y + 200), (x + 400, y - 1), (x + 400, y + 409)]
+        expect(all(screen.at(*p) == ground for p in around), "something is drawn around the window's edge")
+        expect(screen.at(x + 400, y) != ground and screen.at(x, y + 200) != ground, "the window's edge is not its own")
+
+        self.begin("a left drag on the bare background moves the window by the drag's distance")
+        bx, by = BARE_BACKGROUND
+        app.drag([(bx, by), (bx + 100, by + 70)], steps=10)
+        moved = (x + 100, y + 70)
+        poll(f"the window at {moved}", lambda: app.find_main_window() and app.origin == moved, 5)
+
+        self.begin("load both pictures through the open dialog")
+        for button, path, side, ground in ((IMG_SEND_LOAD, picture, "Send", SEND_GROUND),
+                                           (IMG_RECEIVE_LOAD, receive_picture, "Receive", RECEIVE_GROUND)):
+            dialog = app.expect_window(lambda: app.click(*button))
+            app.type_text(path)
+            app.keys("Return")
+            app.wait_gone(dialog)
+            poll(f"the {side} picture", lambda: self.shot("wayland-01-picture.png").at(*on(side, 5, 5)) == ground)
+
+        self.begin("draw an area and name it Send User List through the pop-up menu")
+        side, kind, path = USER_LIST
+        before = self.shot("wayland-02-before-menu.png")
+        menu_spot = on(side, path[-1][0] + 40, path[-1][1] + 12)  # inside the menu, beside the pointer
+
+        def menu_open():
+            image = app.screenshot(os.path.join(self.out, "wayland-poll.png"))
+            return image.at(*menu_spot) != before.at(*menu_spot)
+        app.drag([on(side, px, py) for px, py in path])
+        poll("the name menu", menu_open)
+        time.sleep(0.2)  # the menu takes the keyboard right after it shows
+        app.keys("Down", "Return")
+        self.wait_label_back(INITIAL_BACK, "the User List label")
+
+        self.begin("type name and author")
+        app.click(*TXT_SKIN_NAME)
+        app.type_text(SKIN_NAME)
+        app.click(*TXT_SKIN_AUTHOR)
+        app.type_text(SKIN_AUTHOR)
+        poll("the typed name and author", lambda: (lambda i: ink(i, TXT_SKIN_NAME) > 40 and ink(i, TXT_SKIN_AUTHOR) > 40)(
+            app.screenshot(os.path.join(self.out, "wayland-poll.png"))))
+
+        self.begin("the picker over a colour chip colours the selected label's back with the chip's colour")
+        app.drag([IMG_PICKER, (560, 320), RED_CHIP], steps=4)
+        image = self.wait_label_back(CHIP_COLOUR, "the label in the chip's colour")
+        expect(image.at(*PIC_PREVIEW) == CHIP_COLOUR, f"the swatch shows {image.at(*PIC_PREVIEW)}")
+        self.shot("wayland-03-chip.png")
+        x, y = app.origin
+        app.pointer.move(2, 2)  # sway draws the pointer into the shot
+        time.sleep(0.2)
+        app.screenshot(os.path.join(self.out, "screenshot-wayland.png"), (x - 24, y - 24, 792 + 48, 409 + 48))
+
+        self.begin("released beside the program's windows, where nothing can be read, the picker stores nothing")
+        app.drag([IMG_PICKER, (400, 300), (600, 500), (700, 560)], steps=4)
+        time.sleep(0.3)
+        image = self.shot("wayland-03-picked.png")
+        expect(self.label_back(image) == CHIP_COLOUR, f"the label's back became {self.label_back(image)}")
+
+        self.begin("create the package through the save dialog, answer Yes to start anew")
+        dialog = app.expect_window(lambda: app.click(*CMD_CREATE), name="Save Skin Package")
+        app.type_text(self.package)
+        box = app.expect_window(lambda: app.keys("Return"), name="Ostervale Skin Fwt.", timeout=30)
+        app.keys("Return")  # Yes: another skin
+        app.wait_gone(box)
+        app.find_main_window()  # shown anew: wherever the compositor puts it
+        poll("the window started anew, its Send frame empty",
+             lambda: self.shot("wayland-04-anew.png").at(*on("Send", 5, 5)) != SEND_GROUND)
+        expect(os.path.isfile(self.package), f"no package at {self.package}")
+        self.check_package()
+
+        self.begin("load the package back through the options list")
+        app.click(*CBO_OPTIONS)
+        time.sleep(0.4)  # the list's pop-up takes the keyboard
+        dialog = app.expect_window(lambda: app.keys("Home", "Down", "Down", "Return"))
+        expect("Help" not in dialog["name"], f"the options list opened '{dialog['name']}' instead of the open dialog")
+        app.type_text(self.package)
+        box = app.expect_window(lambda: app.keys("Return"), name="Brindleway - Skin Framewright", timeout=30)
+        app.keys("Return")
+        app.wait_gone(box)
+        image = self.wait_label_back(CHIP_COLOUR, "the loaded label in the chip's colour")
+        image = self.shot("wayland-05-loaded.png")
+        expect(image.at(*on("Send", 5, 250)) == SEND_GROUND, "the Send picture did not come back")
+        expect(ink(image, TXT_SKIN_NAME) > 40 and ink(image, TXT_SKIN_AUTHOR) > 40, "name or author box is empty")
+
+        self.begin("the close button ends the program")
+        app.click(*IMG_CLOSE)
+        poll("the program's end", lambda: app.process.poll() is not None)
+        expect(app.process.returncode == 0, f"the program ended with status {app.process.returncode}")
+
+    def check_package(self):
+        unpack_dir = os.path.join(self.work, "unpacked")
+        os.makedirs(unpack_dir)
+        run([self.args.bsztool, "unpack", self.package, unpack_dir])
+        bsi = glob.glob(os.path.join(unpack_dir, "**", "*.bsi"), recursive=True)
+        expect(len(bsi) == 1, f"information files: {bsi}")
+        ini = configparser.ConfigParser(interpolation=None, delimiters=("=",))
+        ini.optionxform = str
+        with open(bsi[0], "rb") as f:
+            ini.read_string(f.read().decode("cp1252"))
+        g = ini["Global"]
+        expect((g["Skin Name"], g["Skin Author"], g["Skin Send Image"], g["Skin Recieve Image"]) ==
+               (SKIN_NAME, SKIN_AUTHOR, "send skin.bmp", "recv.bmp"),
+               f"[Global]: {dict(g)}")
+        expect(ini["Send Colours"]["User List Back Colour"] == str(ole(CHIP_COLOUR)),
+               f"User List Back Colour = {ini['Send Colours']['User List Back Colour']}")
+        got = [int(ini["Send User List"][k]) for k in ("Left", "Top", "Width", "Height")]
+        want = expected_rect(USER_LIST[0], USER_LIST[2])
+        expect(got == want, f"[Send User List] = {got}, expected {want}")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    for option in ("--app", "--bsztool", "--out"):
+        parser.add_argument(option, required=True)
+    args = parser.parse_args()
+    os.makedirs(args.out, exist_ok=True)
+    for old in glob.glob(os.path.join(args.out, "wayland-*.png")):
+        os.remove(old)
+    missing = [tool for tool in ("sway", "swaymsg", "grim", "wtype", "convert") if shutil.which(tool) is None]
+    if missing:
+        print(f"FAILED: {', '.join(missing)} not installed (scripts/setup.sh installs them)", file=sys.stderr)
+        return 1
+    session, ok = None, False
+    started = time.monotonic()
+    try:
+        with Sway() as sway:
+            session = Session(args, sway)
+            try:
+                session.run()
+                ok = True
+            except (Check, DriverError, subprocess.SubprocessError, OSError) as error:
+                print(f"FAILED at '{session.step}': {error}", file=sys.stderr)
+                try:
+                    session.app.screen_shot(os.path.join(args.out, "wayland-failure.png"))
+                except (DriverError, OSError):
+                    pass
+                if os.path.exists(session.app.log_path):
+                    with open(session.app.log_path) as log:
+                        print("program output:\n" + log.read()[-3000:], file=sys.stderr)
+            finally:
+                session.app.stop()
+    finally:
+        if session is not None:
+            shutil.rmtree(session.work, ignore_errors=True)
+    print(f"{'passed' if ok else 'failed'} in {time.monotonic() - started:.0f} s")
+    return 0 if ok else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

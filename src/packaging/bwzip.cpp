@@ -1,6 +1,6 @@
 #include "bwzip.h"
 
-#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,10 +10,10 @@
 #include <system_error>
 #include <variant>
 
-#include "bytebuffer.h"
+#include "atomicfile.h"
+#include "bytesource.h"
 #include "huffmancoding.h"
 #include "huffmaninternal.h"
-#include "mappedfile.h"
 #include "packagereader.h"
 #include "windows1252.h"
 
@@ -53,24 +53,23 @@ std::string lastComponent(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-bool writeAll(std::FILE* out, std::string_view bytes) {
-    return bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
-}
-
-// Maps a whole file to be packed; false with the reason when it is missing, not a file,
-// unreadable or too large.
-bool mapInputFile(const std::string& path, MappedFile& file, std::string& reason) {
-    MappedFile::Problem problem = MappedFile::Problem::None;
-    if (file.Open(path, static_cast<std::uint64_t>(kMaxPackedFileSize), problem)) return true;
+// Opens a file to be packed; false with the reason, and whether the file is at fault or could
+// not be read, when it is missing, not a file, unreadable or too large.
+bool openInputFile(const std::string& path, FileSource& file, std::string& reason, PackageFailure& failure) {
+    FileSource::Problem problem = FileSource::Problem::None;
+    failure = PackageFailure::FileAccess;
+    if (file.Open(path, problem)) {
+        if (file.Size() <= static_cast<std::uint64_t>(kMaxPackedFileSize)) return true;
+        failure = PackageFailure::BadInput;
+        reason = path + " is too large for a package (at most " + std::to_string(kMaxPackedFileSize) + " bytes)";
+        return false;
+    }
     switch (problem) {
-    case MappedFile::Problem::Missing:
+    case FileSource::Problem::Missing:
         reason = "cannot read " + path + ": no such file";
         break;
-    case MappedFile::Problem::NotAFile:
+    case FileSource::Problem::NotAFile:
         reason = "cannot read " + path + ": not a file";
-        break;
-    case MappedFile::Problem::TooLarge:
-        reason = path + " is too large for a package (at most " + std::to_string(kMaxPackedFileSize) + " bytes)";
         break;
     default:
         reason = "cannot read " + path;
@@ -79,18 +78,14 @@ bool mapInputFile(const std::string& path, MappedFile& file, std::string& reason
     return false;
 }
 
-// Writes a whole file, replacing any file of that name, in as few calls as the system allows.
-bool writeWholeFile(const std::string& path, std::string_view bytes) {
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (fd < 0) return false;
-    bool written = true;
-    while (written && !bytes.empty()) {
-        const ssize_t count = ::write(fd, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
-        written = count > 0;
-        if (written) bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return ::close(fd) == 0 && written;
+// Why a name could not be made: a name the file system cannot hold is the package's fault.
+PackageFailure failureOfName(int error) {
+    return error == ENAMETOOLONG || error == EILSEQ || error == EINVAL ? PackageFailure::BadInput
+                                                                       : PackageFailure::FileAccess;
+}
+
+std::string reasonOf(int error) {
+    return std::error_code(error, std::generic_category()).message();
 }
 
 }  // namespace
@@ -116,6 +111,7 @@ BwZip::BwZip() : clock_(LocalPackageClockTime) {}
 
 void BwZip::ClearFileFolderList() {
     list_ = {};
+    listed_ = {};
 }
 
 std::int32_t BwZip::FileFolderCount() const {
@@ -123,7 +119,7 @@ std::int32_t BwZip::FileFolderCount() const {
 }
 
 bool BwZip::IsInList(const std::string& entry) const {
-    return std::find(list_.begin(), list_.end(), entry) != list_.end();
+    return listed_.count(entry) != 0;
 }
 
 std::optional<std::string> BwZip::RestoreFileName(const std::string& stored) {
@@ -135,11 +131,15 @@ void BwZip::AddFileFolder(std::string sFileFolder) {
     std::error_code ec;
     if (!fs::is_directory(sFileFolder, ec)) {
         std::string entry = std::string(kFileTag) + sFileFolder + std::string(kFileCloseTag);
-        if (!IsInList(entry)) list_.push_back(std::move(entry));
+        if (!IsInList(entry)) {
+            listed_.insert(entry);
+            list_.push_back(std::move(entry));
+        }
         return;
     }
     std::string entry = std::string(kFolderTag) + sFileFolder + std::string(kFolderCloseTag);
     if (IsInList(entry)) return;
+    listed_.insert(entry);
     list_.push_back(std::move(entry));
 
     // Byte order of names, files first, so a package does not depend on the file system's order.
@@ -156,7 +156,9 @@ void BwZip::AddFileFolder(std::string sFileFolder) {
         sFileFolder.back() == kSeparator ? sFileFolder : sFileFolder + std::string(1, kSeparator);
     for (const auto& name : files) AddFileFolder(prefix + name);
     for (const auto& name : folders) AddFileFolder(prefix + name);
-    list_.push_back(std::string(kEndFolderTag) + sFileFolder + std::string(kEndFolderCloseTag));
+    std::string end = std::string(kEndFolderTag) + sFileFolder + std::string(kEndFolderCloseTag);
+    listed_.insert(end);
+    list_.push_back(std::move(end));
 }
 
 bool BwZip::Fail(PackageFailure failure, std::string reason, std::int32_t number) {
@@ -182,39 +184,30 @@ std::string BwZip::Zip(const std::string& strDestFolder, const std::string& strD
         Fail(PackageFailure::BadInput, "nothing to pack: the list is empty");
         return "";
     }
-    // Remember the destination so that a failure can put it back as it was.
-    std::error_code ec;
-    const bool existed = fs::exists(strDestFile, ec);
-    const std::uintmax_t oldSize = existed && fs::is_regular_file(strDestFile, ec) ? fs::file_size(strDestFile, ec) : 0;
-
-    std::FILE* out = std::fopen(strDestFile.c_str(), "ab");
-    if (out == nullptr) {
+    // Packing appends: the new file starts with whatever the destination holds now.
+    AtomicFile out;
+    if (!out.Create(strDestFile) || !out.AppendFileContent(strDestFile)) {
         Fail(PackageFailure::FileAccess, "cannot write " + strDestFile);
         return "";
     }
-    bool ok = WritePackageBody(out, strDestFolder);
-    if (std::fclose(out) != 0 && ok) ok = Fail(PackageFailure::FileAccess, "cannot write " + strDestFile);
-    if (ok) return strDestFile;
-
-    if (existed) {
-        fs::resize_file(strDestFile, oldSize, ec);
-    } else {
-        fs::remove(strDestFile, ec);
+    if (!WritePackageBody(out, strDestFolder)) return "";
+    if (!out.Publish()) {
+        Fail(PackageFailure::FileAccess, "cannot write " + strDestFile);
+        return "";
     }
-    return "";
+    return strDestFile;
 }
 
-// Writes the package in one pass: each file is read, coded and appended before the next one
-// is read, so memory holds one file at a time; clashes are found against the stored names.
-bool BwZip::WritePackageBody(std::FILE* out, const std::string& strDestFolder) {
+// Writes the package in one pass: each file is counted, then coded straight into the package,
+// before the next one is read; clashes are found against the stored names.
+bool BwZip::WritePackageBody(AtomicFile& out, const std::string& strDestFolder) {
     const std::string header = std::string(kSkinPackageHeader) + PackageHeaderDate(clock_()) +
                                std::string(kSkinPackageHeaderClose) + std::string(kLineEnd);
     const std::string root = std::string(kRootFolderTag) + ToWindows1252(strDestFolder) +
                              std::string(kRootFolderCloseTag) + std::string(kLineEnd);
-    if (!writeAll(out, header) || !writeAll(out, root)) return Fail(PackageFailure::FileAccess, "cannot write the package");
+    if (!out.Write(header) || !out.Write(root)) return Fail(PackageFailure::FileAccess, "cannot write the package");
 
-    std::set<std::string> storedNames;
-    ByteBuffer buffer;  // one coding buffer for every file of the package
+    std::unordered_set<std::string> storedNames;
     for (std::size_t i = 0; i < list_.size(); ++i) {
         ProcessPendingEvents();
         const std::string& entry = list_[i];
@@ -226,26 +219,24 @@ bool BwZip::WritePackageBody(std::FILE* out, const std::string& strDestFolder) {
             line = std::string(kEndFolderTag) +
                    ToWindows1252(lastComponent(entryPath(entry, kEndFolderTag, kEndFolderCloseTag))) +
                    std::string(kEndFolderCloseTag) + std::string(kLineEnd);
-        } else if (!AppendFileRecord(out, i, storedNames, buffer)) {
+        } else if (!AppendFileRecord(out, i, storedNames)) {
             return false;
         }
-        if (!writeAll(out, line)) return Fail(PackageFailure::FileAccess, "cannot write the package");
+        if (!out.Write(line)) return Fail(PackageFailure::FileAccess, "cannot write the package");
     }
-    if (!writeAll(out, kEndMark)) return Fail(PackageFailure::FileAccess, "cannot write the package");
+    if (!out.Write(kEndMark)) return Fail(PackageFailure::FileAccess, "cannot write the package");
     return true;
 }
 
-bool BwZip::AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::string>& storedNames,
-                             ByteBuffer& buffer) {
+bool BwZip::AppendFileRecord(AtomicFile& out, std::size_t index, std::unordered_set<std::string>& storedNames) {
     const std::string path = entryPath(list_[index], kFileTag, kFileCloseTag);
     std::string reason;
-    MappedFile input;
-    if (!mapInputFile(path, input, reason)) {
-        const bool tooLarge = reason.find("too large") != std::string::npos;
-        return Fail(tooLarge ? PackageFailure::BadInput : PackageFailure::FileAccess, reason);
-    }
-    const he2::CodedPieces coded = he2::EncodeInto(input.Bytes(), false, buffer);
-    if (coded.size() > static_cast<std::size_t>(kMaxPackedFileSize)) {
+    PackageFailure failure = PackageFailure::None;
+    FileSource input;
+    if (!openInputFile(path, input, reason, failure)) return Fail(failure, reason);
+    he2::StreamEncoder encoder;
+    if (!encoder.Plan(input, input.Size(), false)) return Fail(PackageFailure::FileAccess, "cannot read " + path);
+    if (encoder.CodedSize() > static_cast<std::uint64_t>(kMaxPackedFileSize)) {
         return Fail(PackageFailure::BadInput, path + " is too large for a package once coded");
     }
 
@@ -266,17 +257,24 @@ bool BwZip::AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::st
     if (newName != name) {
         const std::size_t slash = path.rfind(kSeparator);
         const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash + 1);
+        listed_.erase(list_[index]);
         list_[index] = std::string(kFileTag) + folder + newName + std::string(kFileCloseTag);
+        listed_.insert(list_[index]);
     }
 
     const std::string head = std::string(kFileTag) + stored + std::string(kFileCloseTag) + std::string(kLineEnd) +
-                             std::string(kFileLengthTag) + std::to_string(coded.size()) +
+                             std::string(kFileLengthTag) + std::to_string(encoder.CodedSize()) +
                              std::string(kFileLengthCloseTag) + std::string(kLineEnd);
     const std::string tail = std::string(kLineEnd) + std::string(kEndFileTag) + stored +
                              std::string(kEndFileCloseTag) + std::string(kLineEnd);
-    if (!writeAll(out, head) || !writeAll(out, coded.head) || !writeAll(out, coded.body) || !writeAll(out, tail)) {
-        return Fail(PackageFailure::FileAccess, "cannot write the package");
+    if (!out.Write(head)) return Fail(PackageFailure::FileAccess, "cannot write the package");
+    switch (encoder.Write(input, [&](std::string_view piece) { return out.Write(piece); })) {
+    case he2::StreamEncoder::Result::Written: break;
+    case he2::StreamEncoder::Result::ReadFailed: return Fail(PackageFailure::FileAccess, "cannot read " + path);
+    case he2::StreamEncoder::Result::InputChanged: return Fail(PackageFailure::FileAccess, path + " changed while it was packed");
+    case he2::StreamEncoder::Result::WriteFailed: return Fail(PackageFailure::FileAccess, "cannot write the package");
     }
+    if (!out.Write(tail)) return Fail(PackageFailure::FileAccess, "cannot write the package");
     return true;
 }
 
@@ -284,6 +282,8 @@ bool BwZip::UnZip(std::string sFile, std::string sBaseLocation, bool blnDeleteBT
                   std::string* sBSIFile) {
     ClearError();
     unpackedFolder_.clear();
+    unpackedFiles_ = 0;
+    wholePackage_ = false;
     std::error_code ec;
     if (sBaseLocation.empty() || !fs::is_directory(sBaseLocation, ec)) {
         return Fail(PackageFailure::FileAccess, "the folder \"" + sBaseLocation + "\" does not exist");
@@ -315,60 +315,89 @@ bool BwZip::UnZip(std::string sFile, std::string sBaseLocation, bool blnDeleteBT
             return Fail(PackageFailure::BadInput, "unsafe root folder name \"" + rootName + "\"");
         }
     }
-    // Digits accumulate: Skin, Skin0, Skin01, ...
-    for (int n = 0; fs::is_directory(base + rootName, ec); ++n) rootName += std::to_string(n);
-    if (!fs::create_directory(base + rootName, ec)) {
-        return Fail(PackageFailure::FileAccess, "cannot make the folder " + base + rootName);
+    // Digits accumulate: Skin, Skin0, Skin01, ... Making the folder is the test, so two unpacks
+    // at once never take the same name.
+    for (int n = 0;; ++n) {
+        if (::mkdir((base + rootName).c_str(), 0777) == 0) break;
+        const int error = errno;
+        if (error != EEXIST) return Fail(failureOfName(error), "cannot make the folder " + base + rootName + ": " + reasonOf(error));
+        rootName += std::to_string(n);
     }
     unpackedFolder_ = base + rootName + kSeparator;
 
-    auto currentFolder = [&] {
-        std::string folder = unpackedFolder_;
-        for (const auto& name : reader.Folders()) folder += FromWindows1252(name) + kSeparator;
-        return folder;
-    };
+    if (!UnpackRecords(reader, sBSIFile)) {
+        error_ += " (" + std::to_string(unpackedFiles_) + (unpackedFiles_ == 1 ? " file" : " files") +
+                  " unpacked before it)";
+        return false;
+    }
+    wholePackage_ = reader.EndedWhole();
+    reader.Close();
+    if (blnDeleteBTF) fs::remove(transferPath, ec);
+    return true;
+}
+
+bool BwZip::UnpackRecords(PackageReader& reader, std::string* sBSIFile) {
+    // The current folder, kept as the records open and close folders.
+    std::string folder = unpackedFolder_;
+    std::vector<std::size_t> folderStarts;
     PackageRecord record;
-    ByteBuffer buffer;  // one decoding buffer for every file of the package
     while (reader.Next(record)) {
         switch (record.kind) {
         case PackageRecord::Kind::Folder: {
-            const std::string folder = currentFolder();
-            if (!fs::create_directory(folder, ec)) {
-                return ec ? Fail(PackageFailure::FileAccess, "cannot make the folder " + folder)
-                          : Fail(PackageFailure::BadInput, "the package makes the folder " + folder + " twice");
+            folderStarts.push_back(folder.size());
+            folder += FromWindows1252(record.name);
+            if (::mkdir(folder.c_str(), 0777) != 0) {
+                const int error = errno;
+                if (error == EEXIST) return Fail(PackageFailure::BadInput, "the package makes the folder " + folder + " twice");
+                return Fail(failureOfName(error), "cannot make the folder " + folder + ": " + reasonOf(error));
             }
+            folder += kSeparator;
             break;
         }
+        case PackageRecord::Kind::EndFolder:
+            folder.resize(folderStarts.back());
+            folderStarts.pop_back();
+            break;
         case PackageRecord::Kind::File:
             if (sBSIFile != nullptr && record.name.find(kSkinInformationMark) != std::string::npos) {
                 const auto restored = RestoreFileName(record.name);
-                *sBSIFile = currentFolder() + FromWindows1252(restored ? *restored : record.name);
+                *sBSIFile = folder + FromWindows1252(restored ? *restored : record.name);
             }
             break;
         case PackageRecord::Kind::FileData: {
             if (!record.hasData) break;
             ProcessPendingEvents();
-            std::string_view decoded;
-            if (const auto error = he2::DecodeInto(record.coded, buffer, decoded)) {
-                std::string reason = FromWindows1252(record.name);
-                reason.insert(0, 1, '"');
-                reason.append("\": ").append(error->description);
-                return Fail(PackageFailure::BadInput, std::move(reason), error->number);
+            const std::string target = folder + FromWindows1252(record.restoredName);
+            std::string shownName = FromWindows1252(record.name);
+            shownName.insert(0, 1, '"');
+            shownName.push_back('"');
+            AtomicFile out;
+            if (!out.Create(target)) {
+                const int error = errno;
+                return Fail(failureOfName(error), "cannot write " + target + ": " + reasonOf(error));
             }
-            const std::string target = currentFolder() + FromWindows1252(record.restoredName);
-            if (!writeWholeFile(target, decoded)) {
-                return Fail(PackageFailure::FileAccess, "cannot write " + target);
+            const he2::DecodeResult decoded =
+                he2::DecodeStream(reader.CodedBytes(), static_cast<std::uint64_t>(record.length),
+                                  [&](std::string_view piece) { return out.Write(piece); });
+            switch (decoded.failure) {
+            case he2::DecodeFailure::None: break;
+            case he2::DecodeFailure::Codec:
+                return Fail(PackageFailure::BadInput, shownName + ": " + decoded.error.description, decoded.error.number);
+            case he2::DecodeFailure::Read: return Fail(PackageFailure::FileAccess, "cannot read the package");
+            case he2::DecodeFailure::Write: return Fail(PackageFailure::FileAccess, "cannot write " + target);
             }
+            if (!out.Publish()) {
+                const int error = errno;
+                return Fail(failureOfName(error), "cannot write " + target + ": " + reasonOf(error));
+            }
+            ++unpackedFiles_;
             break;
         }
-        case PackageRecord::Kind::EndFolder:
         case PackageRecord::Kind::Other:
             break;
         }
     }
     if (reader.Failed()) return Fail(reader.Failure(), reader.Error());
-    reader.Close();
-    if (blnDeleteBTF) fs::remove(transferPath, ec);
     return true;
 }
 

@@ -4,18 +4,17 @@
 // Zip, false from UnZip); the reason stays available through LastError().
 
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "packageformat.h"
 
 namespace skin {
 
-class ByteBuffer;
+class AtomicFile;
 
 // A local date and time, as the container's clock gives it.
 struct PackageClockTime {
@@ -49,14 +48,20 @@ public:
     // exactly as given; an empty path is ignored.
     void AddFileFolder(std::string sFileFolder);
     // Appends a package of the listed entries to `strDestFile`, with `strDestFolder` as its
-    // root folder name. Returns `strDestFile`, or "" on failure or for an empty list; a failure
-    // leaves the destination as it was before the call.
+    // root folder name. Returns `strDestFile`, or "" on failure or for an empty list. The new
+    // content is written beside the destination and renamed over it at the end, so a failed or
+    // killed packing leaves the destination absent or exactly as it was. Memory does not grow
+    // with the size of the files: each is read twice, to count and to code, in pieces.
     std::string Zip(const std::string& strDestFolder, const std::string& strDestFile);
     // Unpacks the package into a new folder under `sBaseLocation` (an existing folder). The
     // package is `sFile` itself for a skin package, `sBaseLocation` + `sFile` otherwise. With
     // `bSkinFile` and an empty (or absent) `sBSIFile` the new folder is named by the clock;
     // `sBSIFile` receives the path of the skin information file written. True when the whole
     // package was unpacked; on failure what was already unpacked stays inside the new folder.
+    // Each file is decoded in pieces into a temporary file beside it and renamed into place
+    // only when it decoded whole, so a file that fails leaves nothing behind and never replaces
+    // an existing file of its name. The new folder's name is taken atomically: when another
+    // process takes it first, the next name is tried.
     bool UnZip(std::string sFile, std::string sBaseLocation, bool blnDeleteBTF = false, bool bSkinFile = false,
                std::string* sBSIFile = nullptr);
 
@@ -70,6 +75,11 @@ public:
     std::int32_t LastErrorNumber() const { return errorNumber_; }
     // The folder the last UnZip made (ending in "/"), or "" when it made none.
     const std::string& UnpackedFolder() const { return unpackedFolder_; }
+    // Files the last UnZip wrote whole.
+    int UnpackedFiles() const { return unpackedFiles_; }
+    // Whether the last successful UnZip read a whole package, up to its end mark with every
+    // folder closed; false when the package simply stopped, which unpacks what is there.
+    bool UnpackedWholePackage() const { return wholePackage_; }
 
     // Called between files so a user interface can process its pending events.
     void SetPendingEvents(std::function<void()> pendingEvents) { pendingEvents_ = std::move(pendingEvents); }
@@ -83,16 +93,20 @@ private:
     bool Fail(PackageFailure failure, std::string reason, std::int32_t number = 0);
     void ClearError();
     void ProcessPendingEvents() const;
-    bool WritePackageBody(std::FILE* out, const std::string& strDestFolder);
-    bool AppendFileRecord(std::FILE* out, std::size_t index, std::set<std::string>& storedNames, ByteBuffer& buffer);
+    bool WritePackageBody(AtomicFile& out, const std::string& strDestFolder);
+    bool AppendFileRecord(AtomicFile& out, std::size_t index, std::unordered_set<std::string>& storedNames);
+    bool UnpackRecords(class PackageReader& reader, std::string* sBSIFile);
 
     std::vector<std::string> list_;
+    std::unordered_set<std::string> listed_;  // the entries of list_, for IsInList
     std::function<void()> pendingEvents_;
     PackageClock clock_;
     std::string error_;
     PackageFailure failure_ = PackageFailure::None;
     std::int32_t errorNumber_ = 0;
     std::string unpackedFolder_;
+    int unpackedFiles_ = 0;
+    bool wholePackage_ = false;
 };
 
 }  // namespace skin

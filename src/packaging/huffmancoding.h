@@ -35,16 +35,21 @@ inline constexpr std::string_view kHuffmanChecksumMismatch = "Data corrupt becau
 inline constexpr std::int32_t kInvalidArgumentNumber = 5;
 inline constexpr std::string_view kInvalidArgumentDescription = "Invalid procedure call or argument";
 
+// A stream whose lookup table would need more memory than decoding may take (a few dozen
+// megabytes beyond the stream's own size) fails with the platform's out-of-memory error, as
+// does any decoding for which the memory cannot be had.
+inline constexpr std::int32_t kOutOfMemoryNumber = 7;
+inline constexpr std::string_view kOutOfMemoryDescription = "Out of memory";
+
 // Codes `sData` as an HE2 stream, or as the stored HE0 form when HE2 would be longer than the
 // input and `blnForce` is false.
 std::string HuffmanEncode(std::string_view sData, bool blnForce);
 
 // Decodes an HE2 or HE0 stream. Returns the original bytes, or the error that ended decoding.
 // Length fields convert when they are an optional sign and decimal digits whose value fits a
-// 32-bit signed integer. A stream that declares more than 8 output bytes per payload byte fails
-// with "Expecting more bytes in data stream" before anything is allocated for the output.
-// Besides the output, decoding holds the code tree: at most 8 bytes per code bit in the stream's
-// lookup table.
+// 32-bit signed integer. Room is made for at most one output byte per payload bit, however
+// much output the stream claims. Besides the output, decoding holds the lookup table and the
+// code tree built from it.
 std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData);
 
 }  // namespace skin

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <new>
 #include <optional>
 #include <string>
@@ -34,24 +35,6 @@ CodecError InvalidArgument() {
 
 // ---- header ----------------------------------------------------------------------------------
 
-// An optional sign and at least one decimal digit, with a value that fits 32 signed bits.
-std::optional<std::int32_t> ParseLength(std::string_view text) {
-    bool negative = false;
-    if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
-        negative = text.front() == '-';
-        text.remove_prefix(1);
-    }
-    if (text.empty()) return std::nullopt;
-    const std::int64_t limit = negative ? std::int64_t{INT32_MAX} + 1 : INT32_MAX;
-    std::int64_t value = 0;
-    for (char c : text) {
-        if (c < '0' || c > '9') return std::nullopt;
-        value = value * 10 + (c - '0');
-        if (value > limit) return std::nullopt;
-    }
-    return static_cast<std::int32_t>(negative ? -value : value);
-}
-
 std::size_t CodeBytes(unsigned bitCount) { return (bitCount + kBitsPerByte - 1) / kBitsPerByte; }
 
 // Whether every entry of the lookup table is complete: symbol, bit count and code bytes.
@@ -77,10 +60,17 @@ constexpr std::uint32_t kLeaf = 0x80000000u;
 constexpr std::uint32_t kSymbolMask = 0xFFu;
 using TreeNode = std::array<std::uint32_t, 2>;  // [0] the 0 child, [1] the 1 child
 
-std::vector<TreeNode> BuildTree(std::string_view table, std::uint64_t payloadBits) {
+// The tree may hold at most `maxNodes` nodes; nullopt when it would need more.
+std::optional<std::vector<TreeNode>> BuildTree(std::string_view table, std::uint64_t payloadBits, std::size_t maxNodes) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(table.data());
     const unsigned reachable = static_cast<unsigned>(std::min<std::uint64_t>(kMaxCodeBits, payloadBits));
-    std::vector<TreeNode> tree(1, TreeNode{kNone, kNone});
+    // Every code bit makes at most one node: reserve that once, up to the limit, so the tree
+    // never grows by doubling past what it needs.
+    std::size_t bound = 1;
+    for (std::size_t p = 0; p < table.size(); p += 2 + CodeBytes(bytes[p + 1])) bound += std::min<unsigned>(bytes[p + 1], reachable);
+    std::vector<TreeNode> tree;
+    tree.reserve(std::min(bound, maxNodes));
+    tree.push_back(TreeNode{kNone, kNone});
     std::size_t p = 0;
     while (p < table.size()) {
         const unsigned symbol = bytes[p];
@@ -98,7 +88,7 @@ std::vector<TreeNode> BuildTree(std::string_view table, std::uint64_t payloadBit
             }
             if (child & kLeaf) break;
             if (child == kNone) {
-                if (tree.size() >= kLeaf) throw std::bad_alloc();
+                if (tree.size() >= maxNodes || tree.size() >= kLeaf) return std::nullopt;
                 child = static_cast<std::uint32_t>(tree.size());
                 tree.push_back(TreeNode{kNone, kNone});  // may move `child`'s storage
             }
@@ -548,109 +538,342 @@ private:
     std::array<AheadLane, kAheadLanes> ahead_;
 };
 
-std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree, const Lookup* lookup,
-                                              BitReader& in, unsigned char* out, unsigned char* end) {
-    if (lookup && end - out >= kLanesWorthwhile) {
+// Decodes from `out` towards `end` until the reader reaches `stopBit`. A stop short of the
+// payload's end leaves room for the longest code, so a symbol begun before it ends in the payload.
+std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree, const Lookup* lookup, bool lanes,
+                                              BitReader& in, unsigned char*& out, unsigned char* end,
+                                              std::uint64_t stopBit) {
+    if (lookup && lanes) {
         const LaneDecoder table(*lookup, in);
-        LanesDecoder lanes(table, tree, in);
-        if (auto error = lanes.Decode(out, end)) return error;
+        LanesDecoder decoder(table, tree, in);
+        if (auto error = decoder.Decode(out, end)) return error;
     }
-    while (out < end) {
+    while (out < end && in.pos < stopBit) {
         if (lookup) {
             const LaneDecoder table(*lookup, in);
-            table.RunFrom(in, out, end, UINT64_MAX);
-            if (out == end) break;
+            table.RunFrom(in, out, end, stopBit);
+            if (out == end || in.pos >= stopBit) break;
         }
         if (auto error = DecodeOneSymbol(tree, in, out)) return error;
     }
     return std::nullopt;
 }
 
-unsigned XorOf(std::string_view bytes) {
+unsigned XorOf(const unsigned char* p, std::size_t size) {
     std::uint64_t folded = 0;
     std::size_t i = 0;
-    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
-    for (; i + sizeof folded <= bytes.size(); i += sizeof folded) folded ^= LoadWord(p + i);
-    for (; i < bytes.size(); ++i) folded ^= p[i];
+    for (; i + sizeof folded <= size; i += sizeof folded) folded ^= LoadWord(p + i);
+    for (; i < size; ++i) folded ^= p[i];
     for (int shift = 32; shift >= 8; shift /= 2) folded ^= folded >> shift;
     return static_cast<unsigned>(folded & 0xFF);
 }
 
-// Decodes an HE2 or HE0 stream. The stored form's bytes are returned as a view of `sData`; an
-// HE2 stream's are written where `provide(length)` says, which returns room for `length` bytes.
-template <typename Provide>
-std::variant<std::string_view, CodecError> DecodeWith(std::string_view sData, Provide&& provide) {
-    if (sData.starts_with(kHe0Signature)) return sData.substr(kHe0Signature.size());
-    if (!sData.starts_with(kHe2Signature)) return Fail(kHuffmanNotHe2);
-    std::string_view rest = sData.substr(kHe2Signature.size());
+// ---- input -----------------------------------------------------------------------------------
 
-    std::size_t cr = rest.find(kCr);
-    if (cr == std::string_view::npos) return Fail(kHuffmanNotHe2);
-    const auto tableLength = ParseLength(rest.substr(0, cr));
-    if (!tableLength) return Fail(kHuffmanHeaderCorrupt);
-    rest.remove_prefix(cr + 1);
-    if (*tableLength < 0) return InvalidArgument();
-    const std::string_view table = rest.substr(0, static_cast<std::size_t>(*tableLength));
-    rest.remove_prefix(table.size());
-    if (!TableIsWhole(table)) return InvalidArgument();
-
-    if (rest.empty()) return InvalidArgument();  // no byte where the checksum is needed
-    const auto storedChecksum = static_cast<unsigned char>(rest.front());
-    rest.remove_prefix(1);
-
-    cr = rest.find(kCr);
-    if (cr == std::string_view::npos) return Fail(kHuffmanHeaderCorrupt);
-    const auto length = ParseLength(rest.substr(0, cr));
-    if (!length) return Fail(kHuffmanHeaderCorrupt);
-    const std::string_view payload = rest.substr(cr + 1);
-
-    // Every symbol takes at least one bit, so a claim beyond the payload's bits cannot be met.
-    // Such a stream is still walked over the bits it has, a byte of room per bit and no more,
-    // because a bit that leads nowhere is reported before the payload runs out.
-    const std::uint64_t payloadBits = std::uint64_t{payload.size()} * kBitsPerByte;
-    const bool claimExceedsPayload = *length > 0 && static_cast<std::uint64_t>(*length) > payloadBits;
-
-    std::string_view output;
-    BitReader in{reinterpret_cast<const unsigned char*>(payload.data()), payload.size()};
-    if (*length > 0) {
-        const auto size = static_cast<std::size_t>(claimExceedsPayload ? payloadBits : *length);
-        const auto tree = BuildTree(table, payloadBits);
-        const bool worthLookup = static_cast<std::int64_t>(size) >= kLookupWorthwhile;
-        const auto lookup = worthLookup ? std::optional<Lookup>(BuildLookup(tree)) : std::nullopt;
-        unsigned char* out = provide(size);
-        if (auto error = DecodeSymbols(tree, lookup ? &*lookup : nullptr, in, out, out + size)) return Fail(*error);
-        if (claimExceedsPayload) return Fail(kHuffmanExpectingMoreBytes);
-        output = {reinterpret_cast<const char*>(out), size};
+// The coded bytes, pulled from the source into a window as they are needed. A source that holds
+// its bytes in memory is read in place.
+class Feed {
+public:
+    Feed(ByteSource& source, std::uint64_t size, std::size_t capacity) : source_(source), remaining_(size) {
+        if (source.InMemory(view_) && view_.size() >= size) {
+            view_ = view_.substr(0, static_cast<std::size_t>(size));
+            data_ = reinterpret_cast<const unsigned char*>(view_.data());
+            end_ = view_.size();
+            remaining_ = 0;
+            source.Skip(size);
+        } else {
+            buffer_.resize(std::max<std::size_t>(capacity, 64));
+            data_ = buffer_.data();
+        }
     }
-    if ((in.pos + kBitsPerByte - 1) / kBitsPerByte < payload.size()) return Fail(kHuffmanExtraBytes);
+
+    const unsigned char* Data() const { return data_ + begin_; }
+    std::size_t Available() const { return end_ - begin_; }
+    std::uint64_t Left() const { return Available() + remaining_; }
+    bool AllHere() const { return remaining_ == 0; }
+    bool Failed() const { return failed_; }
+    void Consume(std::size_t count) { begin_ += count; }
+
+    // Fills the window from the source as far as it goes.
+    void Fill() {
+        if (buffer_.empty() || remaining_ == 0) return;
+        if (begin_ > 0) {
+            std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
+            end_ -= begin_;
+            begin_ = 0;
+        }
+        while (end_ < buffer_.size() && remaining_ > 0) {
+            const auto want = static_cast<std::size_t>(std::min<std::uint64_t>(buffer_.size() - end_, remaining_));
+            const std::ptrdiff_t got = source_.Read(reinterpret_cast<char*>(buffer_.data() + end_), want);
+            if (got <= 0) {  // the source ended early or failed: what is here is all there is
+                failed_ = true;
+                remaining_ = 0;
+                return;
+            }
+            end_ += static_cast<std::size_t>(got);
+            remaining_ -= static_cast<std::uint64_t>(got);
+        }
+    }
+
+    // The next byte, or -1 at the end.
+    int Byte() {
+        if (begin_ == end_) Fill();
+        return begin_ == end_ ? -1 : data_[begin_++];
+    }
+
+    // The next `count` bytes (there must be as many) appended to `out`.
+    void Take(std::size_t count, std::string& out) {
+        while (count > 0) {
+            if (begin_ == end_) Fill();
+            const std::size_t part = std::min(count, Available());
+            if (part == 0) return;
+            out.append(reinterpret_cast<const char*>(Data()), part);
+            begin_ += part;
+            count -= part;
+        }
+    }
+
+    // Passes over `count` bytes (there must be as many).
+    void Pass(std::uint64_t count) {
+        const std::size_t here = static_cast<std::size_t>(std::min<std::uint64_t>(count, Available()));
+        begin_ += here;
+        count -= here;
+        if (count == 0) return;
+        if (!source_.Skip(count)) failed_ = true;
+        remaining_ -= std::min(count, remaining_);
+    }
+
+private:
+    ByteSource& source_;
+    std::uint64_t remaining_;  // bytes still in the source
+    std::string_view view_;
+    std::vector<unsigned char> buffer_;
+    const unsigned char* data_ = nullptr;
+    std::size_t begin_ = 0, end_ = 0;
+    bool failed_ = false;
+};
+
+// ---- header ----------------------------------------------------------------------------------
+
+// A length field: the text up to the next CR. It converts when it is an optional sign and at
+// least one decimal digit with a value that fits 32 signed bits. Read byte by byte, so a field
+// of any length costs no memory.
+struct LengthField {
+    bool closed = false;                // a CR ends it
+    std::optional<std::int32_t> value;  // when it converts
+};
+
+LengthField ReadLengthField(Feed& feed) {
+    bool negative = false, digits = false, valid = true;
+    std::int64_t value = 0;
+    for (std::size_t at = 0;; ++at) {
+        const int c = feed.Byte();
+        if (c < 0) return {};
+        if (c == kCr) break;
+        if (at == 0 && (c == '+' || c == '-')) {
+            negative = c == '-';
+        } else if (c >= '0' && c <= '9' && valid) {
+            digits = true;
+            value = value * 10 + (c - '0');
+            valid = value <= (negative ? std::int64_t{INT32_MAX} + 1 : INT32_MAX);
+        } else {
+            valid = false;
+        }
+    }
+    if (!valid || !digits) return {true, std::nullopt};
+    return {true, static_cast<std::int32_t>(negative ? -value : value)};
+}
+
+// What the header says, up to the payload.
+struct Header {
+    enum class Form { None, Stored, He2 };
+    Form form = Form::None;
+    bool stored = false;
+    std::string table;  // when kept
+    unsigned char checksum = 0;
+    std::int32_t length = 0;
+};
+
+// Reads the header in stream order with the decoder's checks in their order. The lookup table is
+// kept only when `keepTable`, and then checked to be whole; otherwise it is passed over.
+std::optional<CodecError> ReadHeader(Feed& feed, bool keepTable, Header& header) {
+    if (feed.Available() < kHe2Signature.size()) feed.Fill();
+    const std::string_view start(reinterpret_cast<const char*>(feed.Data()), std::min<std::size_t>(feed.Available(), kHe2Signature.size()));
+    if (start == kHe0Signature) {
+        feed.Consume(kHe0Signature.size());
+        header.form = Header::Form::Stored;
+        header.stored = true;
+        return std::nullopt;
+    }
+    if (start != kHe2Signature) return Fail(kHuffmanNotHe2);
+    feed.Consume(kHe2Signature.size());
+    header.form = Header::Form::He2;
+
+    const LengthField tableLength = ReadLengthField(feed);
+    if (!tableLength.closed) return Fail(kHuffmanNotHe2);
+    if (!tableLength.value) return Fail(kHuffmanHeaderCorrupt);
+    if (*tableLength.value < 0) return InvalidArgument();
+    // The next T bytes, or all that remain if fewer, are the lookup table.
+    const auto tableSize = static_cast<std::size_t>(std::min<std::uint64_t>(*tableLength.value, feed.Left()));
+    if (keepTable) {
+        header.table.reserve(tableSize);
+        feed.Take(tableSize, header.table);
+        if (!TableIsWhole(header.table)) return InvalidArgument();
+    } else {
+        feed.Pass(tableSize);
+    }
+
+    const int checksum = feed.Byte();
+    if (checksum < 0) return InvalidArgument();  // no byte where the checksum is needed
+    header.checksum = static_cast<unsigned char>(checksum);
+
+    const LengthField length = ReadLengthField(feed);
+    if (!length.closed || !length.value) return Fail(kHuffmanHeaderCorrupt);
+    header.length = *length.value;
+    return std::nullopt;
+}
+
+CodecError OutOfMemory() {
+    return {kOutOfMemoryNumber, std::string(kHuffmanErrorSource), std::string(kOutOfMemoryDescription)};
+}
+
+// The code tree may take this much room plus as much as the stream's own size; a lookup table
+// that needs more is refused, whatever the payload.
+constexpr std::uint64_t kTreeRoom = std::uint64_t{32} << 20;
+// A symbol started before this many bits from a window's end is sure to end inside it, and the
+// lanes' last word loads stay inside too.
+constexpr std::uint64_t kWindowMargin = kTailBits;
+
+// ---- payload ---------------------------------------------------------------------------------
+
+he2::DecodeResult Decode(ByteSource& source, std::uint64_t size, const ByteSink& sink, const he2::DecodeBuffers& buffers,
+                         const std::function<unsigned char*(std::size_t)>& wholeOutput) {
+    using he2::DecodeFailure;
+    Feed feed(source, size, std::max<std::size_t>(buffers.window, 2 * kWindowMargin / kBitsPerByte + 64));
+    auto fail = [&](CodecError error) -> he2::DecodeResult {
+        // A source that ended early makes any error of the coder a reading failure.
+        if (feed.Failed()) return {DecodeFailure::Read, {}};
+        return {DecodeFailure::Codec, std::move(error)};
+    };
+    Header header;
+    if (auto error = ReadHeader(feed, true, header)) return fail(*error);
+    if (header.stored) {
+        for (;;) {
+            if (feed.Available() == 0) feed.Fill();
+            if (feed.Available() == 0) break;
+            if (!sink({reinterpret_cast<const char*>(feed.Data()), feed.Available()})) return {DecodeFailure::Write, {}};
+            feed.Consume(feed.Available());
+        }
+        return feed.Failed() ? he2::DecodeResult{DecodeFailure::Read, {}} : he2::DecodeResult{};
+    }
+
+    const std::int64_t length = header.length;
+    const std::uint64_t payloadBytes = feed.Left();
+    std::uint64_t taken = 0;  // payload bytes before the window
+    BitReader in{feed.Data(), feed.Available()};
+    unsigned checksum = 0;
+    std::int64_t produced = 0;
+    if (length > 0) {
+        const std::uint64_t payloadBits = payloadBytes * kBitsPerByte;
+        const auto tree = BuildTree(header.table, payloadBits, static_cast<std::size_t>((kTreeRoom + size) / sizeof(TreeNode)));
+        if (!tree) return fail(OutOfMemory());
+        header.table = std::string();
+        // Every symbol takes at least one bit, so a claim beyond the payload's bits cannot be
+        // met; room is made for a byte per payload bit at most.
+        const std::uint64_t reachable = std::min<std::uint64_t>(static_cast<std::uint64_t>(length), payloadBits);
+        const bool worthLookup = reachable >= static_cast<std::uint64_t>(kLookupWorthwhile);
+        const auto lookup = worthLookup ? std::optional<Lookup>(BuildLookup(*tree)) : std::nullopt;
+        std::vector<unsigned char> chunk;
+        unsigned char* base = nullptr;
+        std::size_t room = 0;
+        if (wholeOutput) {
+            room = static_cast<std::size_t>(reachable);
+            base = wholeOutput(room);
+        } else {
+            room = static_cast<std::size_t>(std::min<std::uint64_t>(reachable, std::max<std::size_t>(buffers.output, 1)));
+            chunk.resize(room);
+            base = chunk.data();
+        }
+        unsigned char* out = base;
+        auto flush = [&] {
+            const auto count = static_cast<std::size_t>(out - base);
+            checksum ^= XorOf(base, count);
+            produced += static_cast<std::int64_t>(count);
+            out = base;
+            return wholeOutput || sink({reinterpret_cast<const char*>(base), count});
+        };
+        while (produced + (out - base) < length) {
+            if (!feed.AllHere() && in.pos + kWindowMargin >= std::uint64_t{in.size} * kBitsPerByte) {
+                const std::size_t used = static_cast<std::size_t>(in.pos / kBitsPerByte);
+                feed.Consume(used);
+                taken += used;
+                feed.Fill();
+                in = BitReader{feed.Data(), feed.Available(), in.pos % kBitsPerByte};
+            }
+            if (out == base + room) {
+                if (!flush()) return {DecodeFailure::Write, {}};
+                if (produced >= static_cast<std::int64_t>(reachable)) break;
+            }
+            const std::uint64_t stopBit = feed.AllHere() ? UINT64_MAX : std::uint64_t{in.size} * kBitsPerByte - kWindowMargin;
+            const std::int64_t wanted = length - produced - (out - base);
+            unsigned char* end = out + std::min<std::int64_t>(wanted, base + room - out);
+            const bool lanes = wanted >= kLanesWorthwhile && end - out >= kLanesWorthwhile;
+            if (auto error = DecodeSymbols(*tree, lookup ? &*lookup : nullptr, lanes, in, out, end, stopBit)) return fail(Fail(*error));
+        }
+        if (out != base && !flush()) return {DecodeFailure::Write, {}};
+        if (produced < length) return fail(Fail(kHuffmanExpectingMoreBytes));
+    }
+    if (taken + (in.pos + kBitsPerByte - 1) / kBitsPerByte < payloadBytes) return fail(Fail(kHuffmanExtraBytes));
     // A negative length produces nothing, so the output's length differs from it.
-    if (static_cast<std::int64_t>(output.size()) != *length) return Fail(kHuffmanChecksumMismatch);
-    if (XorOf(output) != storedChecksum) return Fail(kHuffmanChecksumMismatch);
-    return output;
+    if (produced != length) return fail(Fail(kHuffmanChecksumMismatch));
+    if (checksum != header.checksum) return fail(Fail(kHuffmanChecksumMismatch));
+    if (feed.Failed()) return {DecodeFailure::Read, {}};
+    return {};
 }
 
 }  // namespace
 
-std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
-    std::string output;
-    auto decoded = DecodeWith(sData, [&](std::size_t size) {
-        output.resize(size);
-        return reinterpret_cast<unsigned char*>(output.data());
-    });
-    if (auto* error = std::get_if<CodecError>(&decoded)) return std::move(*error);
-    const std::string_view bytes = std::get<std::string_view>(decoded);
-    if (bytes.data() != output.data()) return std::string(bytes);  // the stored form, or nothing
-    return output;
-}
-
 namespace he2 {
 
-std::optional<CodecError> DecodeInto(std::string_view data, ByteBuffer& buffer, std::string_view& result) {
-    auto decoded = DecodeWith(data, [&](std::size_t size) { return buffer.Reserve(size); });
-    if (auto* error = std::get_if<CodecError>(&decoded)) return std::move(*error);
-    result = std::get<std::string_view>(decoded);
-    return std::nullopt;
+DecodeResult DecodeStream(ByteSource& input, std::uint64_t size, const ByteSink& sink, const DecodeBuffers& buffers,
+                          const std::function<unsigned char*(std::size_t)>& wholeOutput) {
+    try {
+        return Decode(input, size, sink, buffers, wholeOutput);
+    } catch (const std::bad_alloc&) {
+        return {DecodeFailure::Codec, OutOfMemory()};
+    }
+}
+
+StreamInfo PeekStream(ByteSource& input, std::uint64_t size) {
+    Feed feed(input, size, 4096);
+    Header header;
+    const auto error = ReadHeader(feed, false, header);
+    switch (header.form) {
+    case Header::Form::None: return {"?", std::nullopt};
+    case Header::Form::Stored: return {std::string(kHe0Stamp), static_cast<std::int64_t>(size - kHe0Signature.size())};
+    case Header::Form::He2: break;
+    }
+    if (error) return {std::string(kHe2Stamp), std::nullopt};
+    return {std::string(kHe2Stamp), header.length};
 }
 
 }  // namespace he2
+
+std::variant<std::string, CodecError> HuffmanDecode(std::string_view sData) {
+    std::string output;
+    MemorySource source(sData);
+    const auto result = he2::DecodeStream(
+        source, sData.size(),
+        [&](std::string_view piece) {
+            output.append(piece);
+            return true;
+        },
+        {}, [&](std::size_t size) {
+            output.resize(size);
+            return reinterpret_cast<unsigned char*>(output.data());
+        });
+    if (result.failure != he2::DecodeFailure::None) return result.error;
+    return output;
+}
+
 }  // namespace skin

@@ -13,6 +13,7 @@
 #include "huffmancoding.h"
 #include "huffmanformat.h"
 #include "huffmaninternal.h"
+#include <memory>
 
 namespace skin {
 namespace {
@@ -170,16 +171,23 @@ Codes CollectCodes(const CodeTree& tree) {
     return codes;
 }
 
-// Writes the payload at `out`, which must have 8 bytes of room past the payload's end: the bit
-// buffer is stored a whole word at a time and the pointer advances by the complete bytes in it.
-// With at most 7 bits left over, kPerFlush codes of at most 56 / kPerFlush bits always fit.
+// The bits of a partly written payload byte, carried from one piece of input to the next.
+struct BitState {
+    std::uint64_t buffer = 0;
+    unsigned filled = 0;  // 0 to 7 between pieces
+};
+
+// Writes the complete payload bytes of `size` input bytes at `out`, which must have 8 bytes of
+// room past them: the bit buffer is stored a whole word at a time and the pointer advances by
+// the complete bytes in it. With at most 7 bits left over, kPerFlush codes of at most
+// 56 / kPerFlush bits always fit. The bits of an incomplete last byte stay in `state`.
 template <int kPerFlush>
-unsigned char* EmitShortCodes(const unsigned char* in, std::size_t size, const Codes& codes,
-                              unsigned char* out) {
+unsigned char* EmitShortCodes(const unsigned char* in, std::size_t size, const Codes& codes, unsigned char* out,
+                              BitState& state) {
     static_assert(kPerFlush >= 1 && 7 + kPerFlush * (kWordCodeBits / kPerFlush) <= 63);
     const std::uint64_t* table = codes.word.data();
-    std::uint64_t buffer = 0;
-    unsigned filled = 0;
+    std::uint64_t buffer = state.buffer;
+    unsigned filled = state.filled;
     auto add = [&](unsigned char byte) {
         const std::uint64_t entry = table[byte];
         buffer |= (entry & kCodeMask) << filled;
@@ -200,16 +208,16 @@ unsigned char* EmitShortCodes(const unsigned char* in, std::size_t size, const C
         add(in[i]);
         flush();
     }
-    StoreWord(out, buffer);
-    return out + (filled + 7) / 8;
+    state = {buffer, filled};
+    return out;
 }
 
 // Any code length up to 255 bits, in pieces of at most 32 bits.
-unsigned char* EmitLongCodes(const unsigned char* in, std::size_t size, const Codes& codes,
-                             unsigned char* out) {
+unsigned char* EmitLongCodes(const unsigned char* in, std::size_t size, const Codes& codes, unsigned char* out,
+                             BitState& state) {
     constexpr int kPiece = 32;
-    std::uint64_t buffer = 0;
-    unsigned filled = 0;
+    std::uint64_t buffer = state.buffer;
+    unsigned filled = state.filled;
     for (std::size_t i = 0; i < size; ++i) {
         const auto& bits = codes.bits[in[i]];
         const int length = codes.length[in[i]];
@@ -225,17 +233,17 @@ unsigned char* EmitLongCodes(const unsigned char* in, std::size_t size, const Co
             filled &= 7u;
         }
     }
-    StoreWord(out, buffer);
-    return out + (filled + 7) / 8;
+    state = {buffer, filled};
+    return out;
 }
 
-unsigned char* EmitPayload(const unsigned char* in, std::size_t size, const Codes& codes,
-                           unsigned char* out) {
-    if (codes.maxLength <= kWordCodeBits / 4) return EmitShortCodes<4>(in, size, codes, out);
-    if (codes.maxLength <= kWordCodeBits / 3) return EmitShortCodes<3>(in, size, codes, out);
-    if (codes.maxLength <= kWordCodeBits / 2) return EmitShortCodes<2>(in, size, codes, out);
-    if (codes.maxLength <= kWordCodeBits) return EmitShortCodes<1>(in, size, codes, out);
-    return EmitLongCodes(in, size, codes, out);
+unsigned char* EmitPayload(const unsigned char* in, std::size_t size, const Codes& codes, unsigned char* out,
+                           BitState& state) {
+    if (codes.maxLength <= kWordCodeBits / 4) return EmitShortCodes<4>(in, size, codes, out, state);
+    if (codes.maxLength <= kWordCodeBits / 3) return EmitShortCodes<3>(in, size, codes, out, state);
+    if (codes.maxLength <= kWordCodeBits / 2) return EmitShortCodes<2>(in, size, codes, out, state);
+    if (codes.maxLength <= kWordCodeBits) return EmitShortCodes<1>(in, size, codes, out, state);
+    return EmitLongCodes(in, size, codes, out, state);
 }
 
 void AppendDecimal(std::string& out, std::uint64_t value) {
@@ -244,85 +252,138 @@ void AppendDecimal(std::string& out, std::uint64_t value) {
     out.append(digits, end);
 }
 
-std::string StoredForm(std::string_view data) {
-    std::string stream;
-    stream.reserve(kHe0Signature.size() + data.size());
-    stream.append(kHe0Signature);
-    stream.append(data);
-    return stream;
+unsigned XorOf(const unsigned char* p, std::size_t size) {
+    std::uint64_t folded = 0;
+    std::size_t i = 0;
+    for (; i + sizeof folded <= size; i += sizeof folded) folded ^= LoadWord(p + i);
+    for (; i < size; ++i) folded ^= p[i];
+    for (int shift = 32; shift >= 8; shift /= 2) folded ^= folded >> shift;
+    return static_cast<unsigned>(folded & 0xFF);
 }
 
-// The HE2 header, the payload size and the whole stream's size for `data`.
-struct He2Plan {
-    CodeTree tree;
-    std::string header;
-    std::uint64_t payloadBytes = 0;
-    std::uint64_t streamSize = 0;
-};
-
-He2Plan PlanHe2(std::string_view data) {
-    const auto* in = reinterpret_cast<const unsigned char*>(data.data());
-    const Counts counts = CountBytes(in, data.size());
-    He2Plan plan{BuildTree(counts, data.size()), {}, 0, 0};
-
-    std::string table;
-    unsigned checksum = 0;
-    std::uint64_t payloadBits = 0;
-    for (int b = 0; b < kSymbols; ++b) {
-        if (plan.tree.codeTable[b] == kNoNode) continue;
-        const auto& code = plan.tree.nodes[plan.tree.codeTable[b]].Code;
-        table.push_back(static_cast<char>(b));
-        table.append(PackCodeBits(code));
-        payloadBits += counts[b] * code.size();
-        if (counts[b] % 2 == 1) checksum ^= static_cast<unsigned>(b);  // XOR of every input byte
-    }
-
-    plan.header.assign(kHe2Signature);
-    AppendDecimal(plan.header, table.size());
-    plan.header.push_back(kCr);
-    plan.header.append(table);
-    plan.header.push_back(static_cast<char>(checksum));
-    AppendDecimal(plan.header, data.size());
-    plan.header.push_back(kCr);
-
-    plan.payloadBytes = (payloadBits + 7) / 8;
-    plan.streamSize = plan.header.size() + plan.payloadBytes;
-    return plan;
-}
-
-// Writes the planned stream at `stream`, which has a word of room past its end for the
-// emitter's whole-word stores.
-void WriteHe2(std::string_view data, const He2Plan& plan, unsigned char* stream) {
-    std::copy(plan.header.begin(), plan.header.end(), stream);
-    unsigned char* payload = stream + plan.header.size();
-    [[maybe_unused]] const unsigned char* end =
-        EmitPayload(reinterpret_cast<const unsigned char*>(data.data()), data.size(), CollectCodes(plan.tree), payload);
-    assert(end == payload + plan.payloadBytes);
-}
+// Input is read in pieces that stay in the second-level cache; a piece's payload fits the
+// output piece whatever the code lengths.
+constexpr std::size_t kInputPiece = std::size_t{256} << 10;
+constexpr std::size_t kOutputPiece = std::size_t{512} << 10;
+constexpr std::size_t kWordRoom = sizeof(std::uint64_t);
 
 }  // namespace
 
-std::string HuffmanEncode(std::string_view sData, bool blnForce) {
-    if (sData.empty()) return StoredForm(sData);
-    const He2Plan plan = PlanHe2(sData);
-    if (plan.streamSize > sData.size() && !blnForce) return StoredForm(sData);
-    std::string stream;
-    stream.resize(plan.streamSize + sizeof(std::uint64_t));
-    WriteHe2(sData, plan, reinterpret_cast<unsigned char*>(stream.data()));
-    stream.resize(plan.streamSize);
-    return stream;
-}
-
 namespace he2 {
 
-CodedPieces EncodeInto(std::string_view data, bool force, ByteBuffer& buffer) {
-    if (data.empty()) return {kHe0Signature, data};
-    const He2Plan plan = PlanHe2(data);
-    if (plan.streamSize > data.size() && !force) return {kHe0Signature, data};
-    unsigned char* stream = buffer.Reserve(plan.streamSize + sizeof(std::uint64_t));
-    WriteHe2(data, plan, stream);
-    return {{}, {reinterpret_cast<const char*>(stream), plan.streamSize}};
+struct StreamEncoder::Planned {
+    std::uint64_t size = 0;
+    bool stored = true;
+    std::string header;  // HE2: everything before the payload; stored: the signature
+    Codes codes;
+    unsigned checksum = 0;
+    std::uint64_t payloadBytes = 0;
+    std::vector<unsigned char> input;
+};
+
+StreamEncoder::StreamEncoder() = default;
+StreamEncoder::~StreamEncoder() = default;
+
+bool StreamEncoder::Plan(ByteSource& source, std::uint64_t size, bool force) {
+    plan_ = std::make_unique<Planned>();
+    Planned& plan = *plan_;
+    plan.size = size;
+    plan.header.assign(kHe0Signature);
+    if (size == 0) return true;
+    plan.input.resize(std::min<std::uint64_t>(size, kInputPiece) + kWordRoom);
+    Counts counts{};
+    for (std::uint64_t done = 0; done < size;) {
+        const std::ptrdiff_t got =
+            source.Read(reinterpret_cast<char*>(plan.input.data()), static_cast<std::size_t>(std::min<std::uint64_t>(size - done, kInputPiece)));
+        if (got <= 0) return false;
+        const Counts piece = CountBytes(plan.input.data(), static_cast<std::size_t>(got));
+        for (int b = 0; b < kSymbols; ++b) counts[b] += piece[b];
+        done += static_cast<std::uint64_t>(got);
+    }
+    const CodeTree tree = BuildTree(counts, static_cast<std::size_t>(size));
+
+    std::string table;
+    std::uint64_t payloadBits = 0;
+    for (int b = 0; b < kSymbols; ++b) {
+        if (tree.codeTable[b] == kNoNode) continue;
+        const auto& code = tree.nodes[tree.codeTable[b]].Code;
+        table.push_back(static_cast<char>(b));
+        table.append(PackCodeBits(code));
+        payloadBits += counts[b] * code.size();
+        if (counts[b] % 2 == 1) plan.checksum ^= static_cast<unsigned>(b);  // XOR of every input byte
+    }
+    std::string header(kHe2Signature);
+    AppendDecimal(header, table.size());
+    header.push_back(kCr);
+    header.append(table);
+    header.push_back(static_cast<char>(plan.checksum));
+    AppendDecimal(header, size);
+    header.push_back(kCr);
+    plan.payloadBytes = (payloadBits + 7) / 8;
+    // The stored form when HE2 would be longer than the input, unless HE2 is forced.
+    if (header.size() + plan.payloadBytes > size && !force) return true;
+    plan.stored = false;
+    plan.header = std::move(header);
+    plan.codes = CollectCodes(tree);
+    return true;
+}
+
+std::uint64_t StreamEncoder::CodedSize() const {
+    return plan_->header.size() + (plan_->stored ? plan_->size : plan_->payloadBytes);
+}
+
+StreamEncoder::Result StreamEncoder::Write(ByteSource& source, const ByteSink& sink) {
+    Planned& plan = *plan_;
+    if (!sink(plan.header)) return Result::WriteFailed;
+    if (plan.size == 0) return Result::Written;
+    if (!source.Rewind()) return Result::ReadFailed;
+    const int maxLength = std::max(plan.codes.maxLength, 1);
+    const std::size_t piece =
+        plan.stored ? kInputPiece : std::min(kInputPiece, kOutputPiece * kBitsPerByte / static_cast<std::size_t>(maxLength));
+    std::vector<unsigned char> output(plan.stored ? 0 : kOutputPiece + kWordRoom);
+    BitState state;
+    unsigned checksum = 0;
+    std::uint64_t payload = 0;
+    for (std::uint64_t done = 0; done < plan.size;) {
+        const std::ptrdiff_t got =
+            source.Read(reinterpret_cast<char*>(plan.input.data()), static_cast<std::size_t>(std::min<std::uint64_t>(plan.size - done, piece)));
+        if (got < 0) return Result::ReadFailed;
+        if (got == 0) return Result::InputChanged;
+        const auto count = static_cast<std::size_t>(got);
+        done += count;
+        checksum ^= XorOf(plan.input.data(), count);
+        std::string_view bytes(reinterpret_cast<const char*>(plan.input.data()), count);
+        if (!plan.stored) {
+            unsigned char* end = EmitPayload(plan.input.data(), count, plan.codes, output.data(), state);
+            bytes = {reinterpret_cast<const char*>(output.data()), static_cast<std::size_t>(end - output.data())};
+        }
+        payload += bytes.size();
+        if (!sink(bytes)) return Result::WriteFailed;
+    }
+    char extra;
+    if (source.Read(&extra, 1) != 0) return Result::InputChanged;
+    if (!plan.stored && state.filled > 0) {
+        const char last = static_cast<char>(state.buffer & 0xFF);
+        ++payload;
+        if (!sink({&last, 1})) return Result::WriteFailed;
+    }
+    if (checksum != plan.checksum || (!plan.stored && payload != plan.payloadBytes)) return Result::InputChanged;
+    return Result::Written;
 }
 
 }  // namespace he2
+
+std::string HuffmanEncode(std::string_view sData, bool blnForce) {
+    MemorySource source(sData);
+    he2::StreamEncoder encoder;
+    encoder.Plan(source, sData.size(), blnForce);
+    std::string stream;
+    stream.reserve(encoder.CodedSize());
+    encoder.Write(source, [&](std::string_view piece) {
+        stream.append(piece);
+        return true;
+    });
+    return stream;
+}
+
 }  // namespace skin

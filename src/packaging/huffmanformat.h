@@ -11,8 +11,12 @@
 namespace skin::he2 {
 
 inline constexpr char kCr = '\r';
+// The two stamps that open a stream, each followed by CR.
+inline constexpr std::string_view kHe2Stamp = "HE2";
+inline constexpr std::string_view kHe0Stamp = "HE0";
 inline constexpr std::string_view kHe2Signature = "HE2\r";
 inline constexpr std::string_view kHe0Signature = "HE0\r";
+static_assert(kHe2Signature.substr(0, 3) == kHe2Stamp && kHe0Signature.substr(0, 3) == kHe0Stamp);
 inline constexpr int kSymbols = 256;
 inline constexpr int kMaxCodeBits = 255;   // a bit count is one byte
 inline constexpr int kBitsPerByte = 8;

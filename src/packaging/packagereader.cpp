@@ -1,6 +1,13 @@
 #include "packagereader.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
 
 #include "windows1252.h"
 
@@ -17,6 +24,9 @@ std::string shown(const std::string& name) {
 
 }  // namespace
 
+// The buffer holds the longest line a reader accepts, with its CR, several times over.
+constexpr std::size_t kBufferSize = 4 * (kMaxPackageLineLength + 1);
+
 PackageReader::~PackageReader() {
     Close();
 }
@@ -31,39 +41,65 @@ bool PackageReader::Fail(PackageFailure failure, std::string reason) {
 
 bool PackageReader::Open(const std::string& path) {
     Close();
-    MappedFile::Problem problem = MappedFile::Problem::None;
-    if (!file_.Open(path, UINT64_MAX, problem)) {
-        switch (problem) {
-        case MappedFile::Problem::Missing:
-            return Fail(PackageFailure::FileAccess, "cannot open " + path + ": no such file");
-        case MappedFile::Problem::NotAFile:
-            return Fail(PackageFailure::FileAccess, "cannot open " + path + ": not a file");
-        default:
-            return Fail(PackageFailure::FileAccess, "cannot open " + path);
-        }
+    // Non-blocking, so that opening a pipe by mistake does not wait for a writer.
+    fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd_ < 0) {
+        if (errno == ENOENT || errno == ENOTDIR) return Fail(PackageFailure::FileAccess, "cannot open " + path + ": no such file");
+        return Fail(PackageFailure::FileAccess, "cannot open " + path);
     }
-    bytes_ = file_.Bytes();
-    size_ = bytes_.size();
-    position_ = 0;
+    struct stat status {};
+    if (::fstat(fd_, &status) != 0) {
+        Close();
+        return Fail(PackageFailure::FileAccess, "cannot open " + path);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        Close();
+        return Fail(PackageFailure::FileAccess, "cannot open " + path + ": not a file");
+    }
+    ::posix_fadvise(fd_, 0, 0, POSIX_FADV_SEQUENTIAL);
+    size_ = static_cast<std::uint64_t>(status.st_size);
+    buffer_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kBufferSize, size_)));
     return true;
 }
 
 void PackageReader::Close() {
-    file_.Close();
-    bytes_ = {};
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+    buffer_ = {};
+    bufferStart_ = 0;
+    bufferLength_ = 0;
     size_ = 0;
     position_ = 0;
+    coded_.Start(0, 0);
+}
+
+bool PackageReader::Load(std::uint64_t offset) {
+    bufferStart_ = offset;
+    bufferLength_ = 0;
+    const std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(buffer_.size(), size_ - offset));
+    while (bufferLength_ < want) {
+        const ssize_t got = ::pread(fd_, buffer_.data() + bufferLength_, want - bufferLength_,
+                                    static_cast<off_t>(offset + bufferLength_));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return Fail(PackageFailure::FileAccess, "cannot read the package");
+        bufferLength_ += static_cast<std::size_t>(got);
+    }
+    return true;
 }
 
 // A line ends at CR; a LF right after it belongs to the line end. A lone LF is text. A line
 // may also end at the end of the file.
 bool PackageReader::ReadLine(std::string& line) {
     line.clear();
-    const std::string_view rest = bytes_.substr(position_);
-    // A line of the longest length may still be followed by its CR.
+    // A line of the longest length may still be followed by its CR and LF.
+    const std::uint64_t want = std::min<std::uint64_t>(kMaxPackageLineLength + 2, size_ - position_);
+    if (position_ < bufferStart_ || position_ + want > bufferStart_ + bufferLength_) {
+        if (!Load(position_)) return false;
+    }
+    const std::string_view rest(buffer_.data() + (position_ - bufferStart_), static_cast<std::size_t>(want));
     const std::size_t cr = rest.substr(0, kMaxPackageLineLength + 1).find('\r');
     if (cr == std::string_view::npos) {
-        if (rest.size() > kMaxPackageLineLength) {
+        if (size_ - position_ > kMaxPackageLineLength) {
             return Fail(PackageFailure::BadInput,
                         "a line is longer than " + std::to_string(kMaxPackageLineLength) + " bytes");
         }
@@ -73,25 +109,56 @@ bool PackageReader::ReadLine(std::string& line) {
     }
     line.assign(rest.substr(0, cr));
     position_ += cr + 1;
-    if (position_ < size_ && bytes_[position_] == '\n') ++position_;
+    if (cr + 1 < rest.size() && rest[cr + 1] == '\n') ++position_;
     return true;
 }
 
-bool PackageReader::ReadBytes(std::int32_t count, std::string_view& out) {
+bool PackageReader::PassCodedBytes(std::int32_t count) {
     // A length cannot claim more than the file holds.
     if (count < 0 || static_cast<std::uint64_t>(count) > size_ - position_) {
         return Fail(PackageFailure::BadInput, "the package ends inside the coded bytes of " + shown(storedName_) +
                                                   " (" + std::to_string(count) + " bytes announced, " +
                                                   std::to_string(size_ - position_) + " left)");
     }
-    out = bytes_.substr(position_, static_cast<std::size_t>(count));
+    coded_.Start(position_, static_cast<std::uint64_t>(count));
     position_ += static_cast<std::uint64_t>(count);
     return true;
 }
 
+std::ptrdiff_t PackageReader::Coded::Read(char* into, std::size_t size) {
+    size = static_cast<std::size_t>(std::min<std::uint64_t>(size, left_));
+    if (size == 0) return 0;
+    PackageReader& r = reader_;
+    if (offset_ >= r.bufferStart_ && offset_ + size <= r.bufferStart_ + r.bufferLength_) {
+        std::memcpy(into, r.buffer_.data() + (offset_ - r.bufferStart_), size);
+    } else {
+        for (;;) {
+            const ssize_t got = ::pread(r.fd_, into, size, static_cast<off_t>(offset_));
+            if (got < 0 && errno == EINTR) continue;
+            if (got <= 0) return -1;
+            size = static_cast<std::size_t>(got);
+            break;
+        }
+    }
+    offset_ += size;
+    left_ -= size;
+    return static_cast<std::ptrdiff_t>(size);
+}
+
+bool PackageReader::Coded::Skip(std::uint64_t size) {
+    if (size > left_) return false;
+    offset_ += size;
+    left_ -= size;
+    return true;
+}
+
+bool PackageReader::AtEnd() const {
+    return position_ >= size_;
+}
+
 bool PackageReader::ReadHeader(PackageForm& form) {
     form = PackageForm::None;
-    if (!file_.IsOpen()) return Fail(PackageFailure::FileAccess, "no package is open");
+    if (fd_ < 0) return Fail(PackageFailure::FileAccess, "no package is open");
     if (!ReadLine(header_)) return false;
     if (ContainsNoCase(header_, kSkinPackageHeader)) {
         form = PackageForm::SkinPackage;
@@ -113,7 +180,7 @@ bool PackageReader::ReadRootLine(std::string& rootName) {
 }
 
 bool PackageReader::Next(PackageRecord& record) {
-    if (Failed() || !file_.IsOpen() || AtEnd()) return false;
+    if (Failed() || fd_ < 0 || AtEnd()) return false;
     record = PackageRecord{};
     std::string line;
     if (!ReadLine(line)) return false;
@@ -151,7 +218,7 @@ bool PackageReader::Next(PackageRecord& record) {
         }
         record.restoredName = *restored;
         record.hasData = true;
-        if (!ReadBytes(record.length, record.coded)) return false;
+        if (!PassCodedBytes(record.length)) return false;
     } else if (ContainsNoCase(line, kEndFolderTag)) {
         record.kind = PackageRecord::Kind::EndFolder;
         record.name = RemoveTagsNoCase(line, kEndFolderTag, kEndFolderCloseTag);
@@ -162,6 +229,7 @@ bool PackageReader::Next(PackageRecord& record) {
         folders_.pop_back();
     } else {
         record.kind = PackageRecord::Kind::Other;
+        if (line == kEndMark) endMarkSeen_ = true;
         record.line = std::move(line);
     }
     return true;

@@ -15,8 +15,11 @@
 #include <variant>
 #include <vector>
 
+#include "atomicfile.h"
 #include "bwzip.h"
+#include "bytesource.h"
 #include "huffmancoding.h"
+#include "huffmaninternal.h"
 #include "packageformat.h"
 #include "packagereader.h"
 #include "skininfocheck.h"
@@ -78,8 +81,37 @@ int usageError(const std::string& command, const std::string& problem) {
     return kExitUsage;
 }
 
+// Text for the terminal: control characters (C0, DEL and C1) and backslashes escaped, so a
+// name from a package can neither drive the terminal nor break an entry across lines or fields.
+std::string shown(std::string_view text) {
+    static const char kHex[] = "0123456789ABCDEF";
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        unsigned code = c;
+        bool escape = c < 0x20 || c == 0x7F || c == '\\';
+        // C1 controls as UTF-8: C2 80 to C2 9F.
+        if (c == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) >= 0x80 &&
+            static_cast<unsigned char>(text[i + 1]) <= 0x9F) {
+            code = static_cast<unsigned char>(text[++i]);
+            escape = true;
+        }
+        if (!escape) {
+            out.push_back(static_cast<char>(c));
+        } else if (c == '\\') {
+            out += "\\\\";
+        } else {
+            out += code >= 0x80 ? "\\u00" : "\\x";
+            out.push_back(kHex[code >> 4]);
+            out.push_back(kHex[code & 15]);
+        }
+    }
+    return out;
+}
+
 int failure(const std::string& command, PackageFailure kind, const std::string& reason) {
-    std::cerr << "bsztool: " << command << ": " << reason << "\n";
+    std::cerr << "bsztool: " << command << ": " << shown(reason) << "\n";
     return kind == PackageFailure::BadInput ? kExitBadInput : kExitUsage;
 }
 
@@ -120,43 +152,6 @@ ParsedArgs parseArgs(const std::vector<std::string>& args, const std::set<std::s
     return parsed;
 }
 
-std::optional<std::string> readFile(const std::string& path, std::string& reason) {
-    std::error_code ec;
-    if (!fs::is_regular_file(path, ec)) {
-        reason = "cannot read " + path + ": " + (fs::exists(path, ec) ? "not a file" : "no such file");
-        return std::nullopt;
-    }
-    std::FILE* in = std::fopen(path.c_str(), "rb");
-    if (in == nullptr) {
-        reason = "cannot read " + path;
-        return std::nullopt;
-    }
-    std::string bytes(static_cast<std::size_t>(fs::file_size(path, ec)), '\0');
-    const bool ok = bytes.empty() || std::fread(bytes.data(), 1, bytes.size(), in) == bytes.size();
-    std::fclose(in);
-    if (!ok || ec) {
-        reason = "cannot read " + path;
-        return std::nullopt;
-    }
-    return bytes;
-}
-
-// Writes beside the target and renames over it, so a failure never leaves a partial OUT.
-bool writeFileReplacing(const std::string& path, const std::string& bytes) {
-    const std::string partial = path + ".bsztool-" + std::to_string(::getpid()) + ".part";
-    std::FILE* out = std::fopen(partial.c_str(), "wb");
-    if (out == nullptr) return false;
-    const bool written = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
-    std::error_code ec;
-    if (std::fclose(out) != 0 || !written) {
-        fs::remove(partial, ec);
-        return false;
-    }
-    fs::rename(partial, path, ec);
-    if (ec) fs::remove(partial, ec);
-    return !ec;
-}
-
 // A path whose last component is empty, "." or ".." would be stored as a folder name no
 // reader accepts.
 bool hasStorableName(const std::string& path) {
@@ -190,6 +185,7 @@ int pack(const std::vector<std::string>& args) {
     for (const auto& path : paths) zip.AddFileFolder(path);
     // Packing appends, so a replacement is written beside OUT and renamed over it at the end.
     const std::string target = replace ? out + ".bsztool-" + std::to_string(::getpid()) + ".part" : out;
+    if (replace) fs::remove(target, ec);
     if (zip.Zip(root, target).empty()) return failure("pack", zip.LastFailure(), zip.LastError());
     if (replace) {
         fs::rename(target, out, ec);
@@ -225,11 +221,15 @@ int unpack(const std::vector<std::string>& args) {
         ok = zip.UnZip(package, dir, false, true, &bsi);
     }
     if (!ok) {
-        if (!zip.UnpackedFolder().empty()) std::cerr << "bsztool: unpack: partly unpacked into " << zip.UnpackedFolder() << "\n";
+        if (!zip.UnpackedFolder().empty()) std::cerr << "bsztool: unpack: partly unpacked into " << shown(zip.UnpackedFolder()) << "\n";
         return failure("unpack", zip.LastFailure(), zip.LastError());
     }
-    std::cout << "folder: " << zip.UnpackedFolder() << "\n";
-    std::cout << "skin information file: " << (bsi == kNoSkinInformation ? "none" : bsi) << "\n";
+    if (!zip.UnpackedWholePackage()) {
+        std::cerr << "bsztool: unpack: warning: the package stops before its end mark or with a folder open; "
+                     "it may be incomplete (" << zip.UnpackedFiles() << " file(s) unpacked)\n";
+    }
+    std::cout << "folder: " << shown(zip.UnpackedFolder()) << "\n";
+    std::cout << "skin information file: " << (bsi == kNoSkinInformation ? "none" : shown(bsi)) << "\n";
     return kExitOk;
 }
 
@@ -277,29 +277,55 @@ int list(const std::vector<std::string>& args) {
     PackageFailure kind = PackageFailure::None;
     if (!openPackage(reader, parsed.positional[0], root, problem, kind)) return failure("list", kind, problem);
     std::cout << "folder\tname\tcoded\tform\toriginal\n";
+    // The folder path is kept as folders open and close, shown escaped.
+    std::string folder = shown(root);
+    std::vector<std::size_t> folderStarts;
     skin::PackageRecord record;
     while (reader.Next(record)) {
+        if (record.kind == skin::PackageRecord::Kind::Folder) {
+            folderStarts.push_back(folder.size());
+            folder += "/" + shown(skin::FromWindows1252(record.name));
+        } else if (record.kind == skin::PackageRecord::Kind::EndFolder) {
+            folder.resize(folderStarts.back());
+            folderStarts.pop_back();
+        }
         if (record.kind != skin::PackageRecord::Kind::FileData) continue;
-        const std::string folder = folderPath(root, reader.Folders());
-        const std::string name = skin::FromWindows1252(record.name);
+        const std::string name = shown(skin::FromWindows1252(record.name));
         if (!record.hasData) {
             std::cout << folder << "\t" << name << "\t" << record.length << "\t-\t-\n";
             continue;
         }
-        const auto info = skin::PeekCodedStream(record.coded);
-        std::cout << folder << "\t" << name << "\t" << record.coded.size() << "\t" << info.form << "\t"
+        const auto info = skin::he2::PeekStream(reader.CodedBytes(), static_cast<std::uint64_t>(record.length));
+        std::cout << folder << "\t" << name << "\t" << record.length << "\t" << info.form << "\t"
                   << (info.original ? std::to_string(*info.original) : "?") << "\n";
     }
     if (reader.Failed()) return failure("list", reader.Failure(), reader.Error());
     return kExitOk;
 }
 
-// The first problem in a package, or nullopt when it is whole and every file decodes.
+// Longest name a folder or file may have on the file systems a package is unpacked to.
+constexpr std::size_t kMaxNameBytes = 255;
+// A skin information file is a few kilobytes; a larger one is not kept for the key check.
+constexpr std::size_t kMaxSkinInformationBytes = std::size_t{16} << 20;
+
+// The first problem in a package, or nullopt when it is whole and every file decodes. Time and
+// memory are linear in the package: folders are known by their parent and name, and files are
+// decoded in pieces and dropped.
 std::optional<std::string> findProblem(skin::PackageReader& reader, const std::string& root, int& files) {
-    std::set<std::string> foldersMade;
+    // Each open folder's number; a folder is made once per (parent, name).
+    std::vector<std::size_t> open{0};
+    std::set<std::pair<std::size_t, std::string>> foldersMade;
     std::string pendingFile;  // a file whose coded bytes were read and whose line end is due
     bool expectLineEnd = false;
     bool sawEndMark = false;
+    auto nameProblem = [](const std::string& stored) -> std::optional<std::string> {
+        const std::string name = skin::FromWindows1252(stored);
+        if (name.size() > kMaxNameBytes) {
+            return "the name \"" + name.substr(0, 40) + "...\" is longer than a file system allows (" +
+                   std::to_string(kMaxNameBytes) + " bytes)";
+        }
+        return std::nullopt;
+    };
     skin::PackageRecord record;
     while (reader.Next(record)) {
         if (sawEndMark) return "data after the end mark";
@@ -312,20 +338,41 @@ std::optional<std::string> findProblem(skin::PackageReader& reader, const std::s
         }
         switch (record.kind) {
         case skin::PackageRecord::Kind::Folder:
-            if (!foldersMade.insert(folderPath(root, reader.Folders())).second) {
+            if (const auto problem = nameProblem(record.name)) return problem;
+            if (!foldersMade.insert({open.back(), record.name}).second) {
                 return "the folder " + folderPath(root, reader.Folders()) + " appears twice";
             }
+            open.push_back(foldersMade.size());
+            break;
+        case skin::PackageRecord::Kind::EndFolder:
+            open.pop_back();
             break;
         case skin::PackageRecord::Kind::FileData: {
             const std::string name = skin::FromWindows1252(record.name);
             if (!record.hasData) return "the package ends after the length line of \"" + name + "\"";
-            auto decoded = skin::HuffmanDecode(record.coded);
-            if (const auto* error = std::get_if<skin::CodecError>(&decoded)) return "\"" + name + "\": " + error->description;
+            if (const auto problem = nameProblem(record.restoredName)) return problem;
+            const bool information = record.name.find(skin::kSkinInformationMark) != std::string::npos;
+            std::string text;
+            bool tooLarge = false;
+            const auto decoded = skin::he2::DecodeStream(
+                reader.CodedBytes(), static_cast<std::uint64_t>(record.length), [&](std::string_view piece) {
+                    if (!information || tooLarge) return true;
+                    tooLarge = text.size() + piece.size() > kMaxSkinInformationBytes;
+                    if (!tooLarge) text.append(piece);
+                    return true;
+                });
+            switch (decoded.failure) {
+            case skin::he2::DecodeFailure::None: break;
+            case skin::he2::DecodeFailure::Codec: return "\"" + name + "\": " + decoded.error.description;
+            case skin::he2::DecodeFailure::Read:
+            case skin::he2::DecodeFailure::Write: return "cannot read the package";
+            }
             ++files;
-            if (record.name.find(skin::kSkinInformationMark) != std::string::npos) {
-                if (const auto missing = skin::bsztool::FindMissingSkinInformation(std::get<std::string>(decoded))) {
-                    return "\"" + name + "\": " + *missing;
-                }
+            if (information && tooLarge) {
+                return "\"" + name + "\": a skin information file larger than " + std::to_string(kMaxSkinInformationBytes) + " bytes";
+            }
+            if (information) {
+                if (const auto missing = skin::bsztool::FindMissingSkinInformation(text)) return "\"" + name + "\": " + *missing;
             }
             pendingFile = name;
             expectLineEnd = true;
@@ -335,7 +382,7 @@ std::optional<std::string> findProblem(skin::PackageReader& reader, const std::s
             if (record.line == skin::kEndMark) sawEndMark = true;
             break;
         case skin::PackageRecord::Kind::File:
-        case skin::PackageRecord::Kind::EndFolder:
+            if (const auto problem = nameProblem(record.name)) return problem;
             break;
         }
     }
@@ -379,24 +426,37 @@ int he2(const std::vector<std::string>& args) {
     const std::string& out = parsed.positional[1];
     const std::string command = "he2 " + action;
 
-    std::string reason;
-    const auto bytes = readFile(in, reason);
-    if (!bytes) return failure(command, PackageFailure::FileAccess, reason);
-    std::string result;
+    // Coded in pieces from IN into a file beside OUT that replaces OUT only when it is whole.
+    skin::FileSource input;
+    skin::FileSource::Problem problem = skin::FileSource::Problem::None;
+    if (!input.Open(in, problem)) {
+        const char* why = problem == skin::FileSource::Problem::Missing ? ": no such file"
+                          : problem == skin::FileSource::Problem::NotAFile ? ": not a file" : "";
+        return failure(command, PackageFailure::FileAccess, "cannot read " + in + why);
+    }
+    skin::AtomicFile output;
+    if (!output.Create(out)) return failure(command, PackageFailure::FileAccess, "cannot write " + out);
+    const skin::ByteSink sink = [&](std::string_view piece) { return output.Write(piece); };
     if (action == "encode") {
-        if (bytes->size() > static_cast<std::size_t>(skin::kMaxPackedFileSize)) {
+        if (input.Size() > static_cast<std::uint64_t>(skin::kMaxPackedFileSize)) {
             return failure(command, PackageFailure::BadInput, in + " is larger than 2147483647 bytes");
         }
-        result = skin::HuffmanEncode(*bytes, parsed.flags.count("--force") != 0);
+        skin::he2::StreamEncoder encoder;
+        if (!encoder.Plan(input, input.Size(), parsed.flags.count("--force") != 0) ||
+            encoder.Write(input, sink) != skin::he2::StreamEncoder::Result::Written) {
+            return failure(command, PackageFailure::FileAccess, "cannot code " + in + " into " + out);
+        }
     } else {
-        auto decoded = skin::HuffmanDecode(*bytes);
-        if (const auto* error = std::get_if<skin::CodecError>(&decoded)) {
-            std::cerr << error->description << "\n";
+        const auto decoded = skin::he2::DecodeStream(input, input.Size(), sink);
+        if (decoded.failure == skin::he2::DecodeFailure::Codec) {
+            std::cerr << decoded.error.description << "\n";
             return kExitBadInput;
         }
-        result = std::move(std::get<std::string>(decoded));
+        if (decoded.failure != skin::he2::DecodeFailure::None) {
+            return failure(command, PackageFailure::FileAccess, "cannot decode " + in + " into " + out);
+        }
     }
-    if (!writeFileReplacing(out, result)) return failure(command, PackageFailure::FileAccess, "cannot write " + out);
+    if (!output.Publish()) return failure(command, PackageFailure::FileAccess, "cannot write " + out);
     return kExitOk;
 }
 

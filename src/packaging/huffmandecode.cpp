@@ -739,7 +739,7 @@ CodecError OutOfMemory() {
 
 // The code tree may take this much room plus as much as the stream's own size; a lookup table
 // that needs more is refused, whatever the payload.
-constexpr std::uint64_t kTreeRoom = std::uint64_t{32} << 20;
+constexpr std::uint64_t kTreeRoom = std::uint64_t{48} << 20;
 // A symbol started before this many bits from a window's end is sure to end inside it, and the
 // lanes' last word loads stay inside too.
 constexpr std::uint64_t kWindowMargin = kTailBits;

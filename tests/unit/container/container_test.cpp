@@ -1,10 +1,15 @@
 // The package container through BwZip's public methods, packages from strangers, and the built
 // bsztool run as a designer or a hosting site would run it.
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <random>
+#include <thread>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -13,6 +18,7 @@
 #include <vector>
 
 #include "bwzip.h"
+#include "huffmancoding.h"
 
 namespace skin::testing {
 namespace {
@@ -257,6 +263,36 @@ TEST_F(Container, EveryTruncationOfAPackageIsReadOrRefused) {
     EXPECT_GT(read, 10);  // a cut at a line end reads what came before it
 }
 
+TEST_F(Container, AFileThatFailsToDecodeLeavesNothingAndKeepsAnEarlierOneOfItsName) {
+    // a.txt, then a second a.txt whose coded bytes are cut or damaged everywhere in turn.
+    std::string text;
+    for (int i = 0; i < 300; ++i) text += "line " + std::to_string(i * i % 97) + "\r\n";
+    const std::string coded = HuffmanEncode(text, true);
+    const std::string first = FileRecord("a.txt", "HE0\rfirst");
+    std::vector<std::string> damaged;
+    for (std::size_t length = 0; length < coded.size(); length += 1 + length / 16) damaged.push_back(coded.substr(0, length));
+    for (std::size_t at = 0; at < coded.size(); at += 1 + at / 32) {
+        for (int flip : {0x01, 0x80}) {
+            damaged.push_back(coded);
+            damaged.back()[at] = static_cast<char>(damaged.back()[at] ^ flip);
+        }
+    }
+    BwZip zip;
+    int refused = 0;
+    for (const std::string& bad : damaged) {
+        const bool ok = UnpackIsolated(dir_ + "work/", HandPackage("R", first + FileRecord("a.txt", bad)), zip);
+        const auto decoded = HuffmanDecode(bad);
+        ASSERT_EQ(ok, std::holds_alternative<std::string>(decoded)) << zip.LastError();
+        if (ok) continue;
+        ++refused;
+        // Only the first file, whole: no half-written second one and no temporary file beside it.
+        EXPECT_EQ(Tree(zip.UnpackedFolder()), (std::map<std::string, std::string>{{"a.txt", "first"}}));
+        EXPECT_EQ(zip.LastFailure(), PackageFailure::BadInput);
+        EXPECT_TRUE(zip.LastError().ends_with(std::get<CodecError>(decoded).description + " (1 file unpacked before it)")) << zip.LastError();
+    }
+    EXPECT_GT(refused, static_cast<int>(damaged.size()) / 2);
+}
+
 #ifdef BSZTOOL_PATH
 struct ToolRun {
     int status;
@@ -284,8 +320,49 @@ std::string SkinInformation(const std::string& leaveOut = "") {
     return text;
 }
 
+// A lookup table of `entries` long codes that part early: each is a chain of its own in a code
+// tree. The payload is too short for anything to decode.
+std::string LongCodeStream(int entries) {
+    std::string table;
+    for (int e = 0; e < entries; ++e) {
+        std::string code(2 + (254 + 7) / 8, '\0');
+        code[0] = 'A';
+        code[1] = static_cast<char>(254);
+        for (int bit = 0; bit < 20; ++bit) code[2 + bit / 8] = static_cast<char>(code[2 + bit / 8] | ((e >> bit) & 1) << (bit % 8));
+        table += code;
+    }
+    return "HE2\r" + std::to_string(table.size()) + "\r" + table + '\0' + "4\r" + std::string(64, '\0');
+}
+
+// The largest resident set of any program this test process has waited for, in bytes.
+long MostResidentOfChildren() {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss * 1024L;
+}
+
 class Bsztool : public Container {
 protected:
+    // Starts bsztool in the test's folder without waiting for it; its output is dropped.
+    pid_t Start(const std::vector<std::string>& args) const {
+        const pid_t pid = ::fork();
+        if (pid == 0) {
+            if (::chdir(dir_.c_str()) != 0) ::_exit(127);
+            std::vector<char*> argv{const_cast<char*>(BSZTOOL_PATH)};
+            for (const auto& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
+            argv.push_back(nullptr);
+            std::freopen("/dev/null", "w", stdout);
+            std::freopen("/dev/null", "w", stderr);
+            ::execv(BSZTOOL_PATH, argv.data());
+            ::_exit(127);
+        }
+        return pid;
+    }
+    static int Wait(pid_t pid) {
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
     ToolRun Run(const std::vector<std::string>& args) const {
         std::string command = "cd" + Quoted(dir_) + " &&" + Quoted(BSZTOOL_PATH);
         for (const auto& arg : args) command += Quoted(arg);
@@ -357,6 +434,113 @@ TEST_F(Bsztool, UsageHelpAndRefusals) {
         EXPECT_EQ(run.status, status) << ::testing::PrintToString(args);
         EXPECT_TRUE(status != 0 || run.out.find("usage: bsztool") != std::string::npos) << ::testing::PrintToString(args);
     }
+}
+TEST_F(Bsztool, HostilePackagesStayWithinMemoryAndTime) {
+    // Memory stays under 64 MB plus twice the package, for lookup tables of long codes that fit
+    // the decoder's room and for ones that do not, and for 60,000 nested folders.
+    WriteBytes(dir_ + "fits.bsz", HandPackage("R", FileRecord("a.bmp", LongCodeStream(3000))));
+    WriteBytes(dir_ + "huge.bsz", HandPackage("R", FileRecord("a.bmp", LongCodeStream(150000))));
+    std::string nested;
+    for (int depth = 0; depth < 60000; ++depth) nested += "<FOLDER>f</FOLDER>\r\n";
+    for (int depth = 0; depth < 60000; ++depth) nested += "<ENDFOLDER>f</ENDFOLDER>\r\n";
+    WriteBytes(dir_ + "deep.bsz", HandPackage("R", nested));
+    std::size_t largest = 0;
+    for (const char* package : {"fits.bsz", "huge.bsz", "deep.bsz"}) largest = std::max<std::size_t>(largest, fs::file_size(dir_ + package));
+    ASSERT_GT(largest, 4u << 20);
+
+    for (const char* package : {"fits.bsz", "huge.bsz"}) {
+        const ToolRun verify = Run({"verify", package});
+        EXPECT_EQ(verify.status, 1) << package;
+        const ToolRun unpack = Run({"unpack", package, "dest"});
+        EXPECT_EQ(unpack.status, 1) << package;
+        EXPECT_FALSE(fs::exists(dir_ + "dest/R/a.bmp"));
+        EXPECT_EQ(Run({"list", package}).status, 0);
+        fs::remove_all(dir_ + "dest/R");
+    }
+    const ToolRun huge = Run({"verify", "huge.bsz"});
+    EXPECT_NE(huge.err.find("\"a.bmp\": Out of memory"), std::string::npos) << huge.err;
+    const ToolRun fits = Run({"verify", "fits.bsz"});
+    EXPECT_NE(fits.err.find("\"a.bmp\": Expecting more bytes in data stream"), std::string::npos) << fits.err;
+    EXPECT_EQ(Run({"verify", "deep.bsz"}).status, 0);
+    EXPECT_EQ(Run({"list", "deep.bsz"}).status, 0);
+    // Unpacked, the nesting ends where the file system's paths end: bad input, with the reason.
+    const ToolRun deep = Run({"unpack", "deep.bsz", "dest"});
+    EXPECT_EQ(deep.status, 1);
+    EXPECT_NE(deep.err.find("File name too long"), std::string::npos) << deep.err;
+    EXPECT_LT(MostResidentOfChildren(), (64L << 20) + 2 * static_cast<long>(largest));
+}
+
+TEST_F(Bsztool, AKilledPackingLeavesTheDestinationAbsentOrAsItWas) {
+    std::mt19937 rng(77);
+    std::string picture;
+    for (int i = 0; i < (24 << 20); ++i) picture.push_back(static_cast<char>((i % 3000) / 12 + (rng() % 5 == 0)));
+    WriteBytes(dir_ + "in/send.bmp", picture);
+    WriteBytes(dir_ + "old.bsz", "the previous package");
+    int killedEarly = 0, finished = 0;
+    for (int round = 0; round < 12; ++round) {
+        fs::remove(dir_ + "new.bsz");
+        const bool replace = round % 2 == 1;
+        const pid_t pid = Start({"pack", "--force", replace ? "old.bsz" : "new.bsz", "in"});
+        std::this_thread::sleep_for(std::chrono::milliseconds(rng() % 120));
+        ::kill(pid, SIGKILL);
+        const bool done = Wait(pid) == 0;
+        finished += done;
+        const std::string target = dir_ + (replace ? "old.bsz" : "new.bsz");
+        if (fs::exists(target) && ReadBytes(target) != "the previous package") {
+            // Only a whole package ever takes the destination's place.
+            EXPECT_EQ(Run({"verify", replace ? "old.bsz" : "new.bsz"}).status, 0) << "round " << round;
+            if (replace) WriteBytes(dir_ + "old.bsz", "the previous package");
+        } else {
+            killedEarly += !done;
+            EXPECT_EQ(fs::exists(target), replace) << "round " << round;
+        }
+    }
+    EXPECT_GT(killedEarly, 2);
+    // A package being written has no name of its own until it is whole.
+    for (const auto& [rel, content] : Tree(dir_)) EXPECT_FALSE(rel.starts_with(".new.bsz")) << rel;
+}
+
+TEST_F(Bsztool, ParallelUnpacksEachTakeAFolderOfTheirOwn) {
+    WriteBytes(dir_ + "Blue/BlueSky.bsi", SkinInformation());
+    ASSERT_EQ(Run({"pack", "--root", "Blue", "blue.bsz", "Blue/BlueSky.bsi"}).status, 0);
+    for (int round = 0; round < 20; ++round) {
+        const pid_t a = Start({"unpack", "blue.bsz", "dest"}), b = Start({"unpack", "blue.bsz", "dest"});
+        EXPECT_EQ(Wait(a), 0) << "round " << round;
+        EXPECT_EQ(Wait(b), 0) << "round " << round;
+    }
+    int folders = 0;
+    for (const auto& entry : fs::directory_iterator(dir_ + "dest")) folders += ReadBytes(entry.path() / "BlueSky.bsi") == SkinInformation();
+    EXPECT_EQ(folders, 40);
+}
+
+TEST_F(Bsztool, NamesAreEscapedAndAPackageThatStopsEarlyIsUnpackedWithAWarning) {
+    const std::string name = "x\x1B[2J\ty\nz\x81.txt";
+    const std::string body = "<FOLDER>f\x07</FOLDER>\r\n" + FileRecord(name, "HE0\rabc") + "<ENDFOLDER>f\x07</ENDFOLDER>\r\n" +
+                             FileRecord(std::string(300, 'n') + ".txt", "HE0\rlong");
+    WriteBytes(dir_ + "odd.bsz", HandPackage("R\x1B]0;", body));
+    const ToolRun list = Run({"list", "odd.bsz"});
+    EXPECT_EQ(list.status, 0);
+    EXPECT_NE(list.out.find("R\\x1B]0;/f\\x07\tx\\x1B[2J\\x09y\\x0Az\\u0081.txt\t7\tHE0\t3\n"), std::string::npos) << list.out;
+    EXPECT_EQ(std::count(list.out.begin(), list.out.end(), '\n'), 3);
+    // A name longer than a file system allows is the package's fault, and verify names it.
+    const ToolRun unpack = Run({"unpack", "odd.bsz", "dest"});
+    EXPECT_EQ(unpack.status, 1);
+    EXPECT_NE(unpack.err.find("partly unpacked into dest/R\\x1B]0;/"), std::string::npos) << unpack.err;
+    EXPECT_NE(unpack.err.find("File name too long (1 file unpacked before it)"), std::string::npos) << unpack.err;
+    EXPECT_EQ(ReadBytes(dir_ + "dest/R\x1B]0;/f\x07/x\x1B[2J\ty\nz\xC2\x81.txt"), "abc");
+    const ToolRun verify = Run({"verify", "odd.bsz"});
+    EXPECT_EQ(verify.status, 1);
+    EXPECT_NE(verify.err.find("is longer than a file system allows"), std::string::npos) << verify.err;
+
+    // Stopping after a whole line is allowed: unpacked with a warning, refused by verify.
+    const std::string whole = HandPackage("S", "<FOLDER>f</FOLDER>\r\n" + FileRecord("a.txt", "HE0\rabc"));
+    WriteBytes(dir_ + "cut.bsz", whole.substr(0, whole.find("<ENDSKINPACKAGE>")));
+    const ToolRun cut = Run({"unpack", "cut.bsz", "dest"});
+    EXPECT_EQ(cut.status, 0);
+    EXPECT_NE(cut.err.find("may be incomplete (1 file(s) unpacked)"), std::string::npos) << cut.err;
+    EXPECT_EQ(ReadBytes(dir_ + "dest/S/f/a.txt"), "abc");
+    EXPECT_EQ(Run({"verify", "cut.bsz"}).status, 1);
+    EXPECT_EQ(Run({"unpack", "odd.bsz", "dest2"}).err.find("may be incomplete"), std::string::npos);
 }
 #endif  // BSZTOOL_PATH
 

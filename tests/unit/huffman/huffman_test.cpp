@@ -11,20 +11,32 @@
 #include <string>
 #include <tuple>
 
+#include <malloc.h>
+
 #include "huffmancoding.h"
+#include "huffmaninternal.h"
 #include "literalhuffman.h"
 
-// The largest single allocation, to show that an impossible length claim allocates nothing.
+// The largest single allocation, to show that an impossible length claim allocates nothing, and
+// the most memory held at once.
 namespace {
 std::size_t gLargestAllocation = 0;
+std::size_t gHeld = 0, gMostHeld = 0;
 }
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
 void* operator new(std::size_t size) {
     gLargestAllocation = std::max(gLargestAllocation, size);
-    if (void* p = std::malloc(size ? size : 1)) return p;
+    if (void* p = std::malloc(size ? size : 1)) {
+        gHeld += malloc_usable_size(p);
+        gMostHeld = std::max(gMostHeld, gHeld);
+        return p;
+    }
     throw std::bad_alloc();
 }
-void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p) noexcept {
+    if (p != nullptr) gHeld -= malloc_usable_size(p);
+    std::free(p);
+}
 void operator delete(void* p, std::size_t) noexcept { ::operator delete(p); }
 
 namespace skin::testing {
@@ -38,6 +50,49 @@ std::string Show(const Result& result) {
     if (const auto* e = std::get_if<CodecError>(&result)) return std::to_string(e->number) + " " + e->source + " " + e->description;
     const std::string& bytes = std::get<std::string>(result);
     return bytes.size() < 64 ? "\"" + bytes + "\"" : std::to_string(bytes.size()) + " bytes, hash " + std::to_string(std::hash<std::string>{}(bytes));
+}
+
+// Hands out at most `piece` bytes per read and keeps its bytes to itself, so the coder takes
+// the path it takes for files: pieces, windows and a second pass.
+class TrickleSource final : public ByteSource {
+public:
+    TrickleSource(std::string bytes, std::size_t piece) : bytes_(std::move(bytes)), piece_(piece) {}
+    std::ptrdiff_t Read(char* into, std::size_t size) override {
+        const std::size_t count = std::min({size, piece_, bytes_.size() - at_});
+        std::copy_n(bytes_.data() + at_, count, into);
+        at_ += count;
+        return static_cast<std::ptrdiff_t>(count);
+    }
+    bool Rewind() override {
+        at_ = 0;
+        if (!second_.empty()) bytes_ = second_;
+        return true;
+    }
+    std::string second_;  // what a second pass reads, when it differs
+
+private:
+    std::string bytes_;
+    std::size_t piece_, at_ = 0;
+};
+
+std::string EncodeInPieces(const std::string& input, bool force, std::size_t piece) {
+    TrickleSource source(input, piece);
+    he2::StreamEncoder encoder;
+    EXPECT_TRUE(encoder.Plan(source, input.size(), force));
+    std::string stream;
+    EXPECT_EQ(encoder.Write(source, [&](std::string_view part) { return stream.append(part), true; }),
+              he2::StreamEncoder::Result::Written);
+    EXPECT_EQ(stream.size(), encoder.CodedSize());
+    return stream;
+}
+
+Result DecodeInPieces(const std::string& stream, std::size_t piece, he2::DecodeBuffers buffers) {
+    TrickleSource source(stream, piece);
+    std::string output;
+    const auto result = he2::DecodeStream(source, stream.size(), [&](std::string_view part) { return output.append(part), true; }, buffers);
+    if (result.failure == he2::DecodeFailure::Codec) return result.error;
+    EXPECT_EQ(result.failure, he2::DecodeFailure::None);
+    return output;
 }
 
 const std::string kFourA = Bytes({0x48, 0x45, 0x32, 0x0D, 0x33, 0x0D, 0x41, 0x01, 0x01, 0x00, 0x34, 0x0D, 0x0F});
@@ -142,11 +197,16 @@ TEST(HuffmanEncode, AgreesWithTheLiteralEncoderAndRoundTrips) {
     for (std::uint64_t s = 0, a = 1, b = 1; s < 34; ++s, b = std::exchange(a, b) + b) deep.append(a, static_cast<char>(s));
     std::shuffle(deep.begin(), deep.end(), rng);
     inputs.push_back(deep);
+    inputs.push_back("");
     for (const auto& input : inputs) {
         for (bool force : {false, true}) {
             const std::string stream = HuffmanEncode(input, force);
             ASSERT_TRUE(stream == literal::Encode(input, force)) << Show(input) << ", force " << force;
             ASSERT_EQ(Show(HuffmanDecode(stream)), Show(input));
+            // Coded and decoded in pieces, through small windows, the bytes are the same.
+            const std::size_t piece = 1 + input.size() % 977;
+            ASSERT_TRUE(EncodeInPieces(input, force, piece) == stream) << Show(input) << ", force " << force;
+            ASSERT_EQ(Show(DecodeInPieces(stream, piece, {320, 1 + input.size() % 61})), Show(input));
         }
     }
 }
@@ -208,8 +268,50 @@ TEST(HuffmanDecode, AgreesWithTheLiteralDecoder) {
             ASSERT_EQ(Show(HuffmanDecode(stream)), Show(data)) << "round " << round;
         }
         for (int m = static_cast<int>(rng() % 3) + (round >= 3000); m > 0; --m) stream = Mutate(stream, rng);
-        ASSERT_EQ(Show(HuffmanDecode(stream)), Show(literal::Decode(stream))) << "round " << round;
+        const std::string expected = Show(literal::Decode(stream));
+        ASSERT_EQ(Show(HuffmanDecode(stream)), expected) << "round " << round;
+        // In pieces, with windows and output buffers from tiny to whole, errors and all.
+        const he2::DecodeBuffers buffers{round % 3 == 0 ? 320u : round % 3 == 1 ? 4096u : 1u << 20,
+                                         round % 4 == 0 ? 1u : round % 4 == 1 ? 997u : 1u << 21};
+        ASSERT_EQ(Show(DecodeInPieces(stream, 1 + rng() % 70000, buffers)), expected) << "round " << round;
     }
+}
+
+TEST(HuffmanEncode, AFileThatChangesBetweenItsTwoPassesIsNotCodedWrongly) {
+    const std::string counted = "abracadabra abracadabra abracadabra";
+    for (const std::string& second : {counted + "!", counted.substr(1), std::string("zbracadabra") + counted.substr(11)}) {
+        TrickleSource source(counted, 7);
+        source.second_ = second;
+        he2::StreamEncoder encoder;
+        ASSERT_TRUE(encoder.Plan(source, counted.size(), true));
+        EXPECT_EQ(encoder.Write(source, [](std::string_view) { return true; }), he2::StreamEncoder::Result::InputChanged) << second;
+    }
+}
+
+// A lookup table of many long codes that part early, each a chain of its own in the code tree.
+std::string LongCodeStream(int entries, const std::string& payload) {
+    std::string table;
+    for (int e = 0; e < entries; ++e) {
+        std::string code(254, '0');
+        for (int bit = 0; bit < 20; ++bit) code[bit] = (e >> bit) & 1 ? '1' : '0';
+        table += std::string{'A', static_cast<char>(code.size())} + literal::PackBits(code);
+    }
+    return "HE2\r" + std::to_string(table.size()) + "\r" + table + '\0' + std::to_string(payload.size() * 8 / 254) + "\r" + payload;
+}
+
+TEST(HuffmanDecode, LongCodeTablesStayWithinTheirRoom) {
+    // 3,000 chains (100 KB of table) fit: the stream decodes as the literal decoder decodes it.
+    const std::string fits = LongCodeStream(3000, std::string(4 * 32, '\0'));
+    gMostHeld = gHeld;
+    const auto before = gHeld;
+    EXPECT_EQ(Show(HuffmanDecode(fits)), Show(literal::Decode(fits)));
+    EXPECT_LT(gMostHeld - before, (std::size_t{48} << 20) + 2 * fits.size());
+    // 60,000 chains (2 MB) would take 120 MB of tree: refused with the out-of-memory error,
+    // holding little more than the table itself.
+    const std::string tooMany = LongCodeStream(60000, std::string(4 * 32, '\0'));
+    gMostHeld = gHeld;
+    EXPECT_EQ(Show(HuffmanDecode(tooMany)), Show(CodecError{7, "HuffmanDecode()", "Out of memory"}));
+    EXPECT_LT(gMostHeld - before, (std::size_t{64} << 20) + 2 * tooMany.size());
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "lib"))
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from designer_session import (BARE_BACKGROUND, CBO_OPTIONS, CMD_CREATE, IMG_CLOSE, IMG_PICKER,  # noqa: E402
+from designer_session import (BARE_BACKGROUND, CBO_OPTIONS, CMD_CREATE, IMG_ARR_RIGHT, IMG_CLOSE, IMG_PICKER,  # noqa: E402
                               IMG_RECEIVE_LOAD, IMG_SEND_LOAD, PIC_PREVIEW, RED_CHIP, TITLE, TXT_SKIN_AUTHOR, TXT_SKIN_NAME,
                               TWIPS, Check, expect, expected_rect, ink, ole, on)
 from wldriver import Sway, WaylandApp  # noqa: E402
@@ -33,6 +33,8 @@ USER_LIST = ("Send", "User List", [(20, 20), (60, 60), (110, 100), (150, 130)])
 CHIP_COLOUR = "#FF0000"
 INITIAL_BACK = "#E0E0E0"  # the User List's start back colour, 0x00E0E0E0
 SKIN_NAME, SKIN_AUTHOR = "Tidewater", "Ostervale Studio"
+IMG_MIN = (11310 + 112) // TWIPS, (60 + 120) // TWIPS
+HELP_TITLE = f"Help - {TITLE}"
 
 
 class Session:
@@ -96,6 +98,35 @@ class Session:
         app.drag([(bx, by), (bx + 100, by + 70)], steps=10)
         moved = (x + 100, y + 70)
         poll(f"the window at {moved}", lambda: app.find_main_window() and app.origin == moved, 5)
+
+        self.begin("the help window: 680 x 272, moved by its title strip; a message box opens above it")
+        app.click(*CBO_OPTIONS)
+        time.sleep(0.4)  # the list's pop-up takes the keyboard
+        help_window = app.expect_window(lambda: app.keys("Down", "Return"), name=HELP_TITLE)
+        r = help_window["rect"]
+        expect((r["width"], r["height"]) == (680, 272), f"the help window is {r['width']}x{r['height']}")
+        strip = (r["x"] + 300 - app.origin[0], r["y"] + 8 - app.origin[1])  # its title strip, beside the title
+        app.drag([strip, (strip[0] - 60, strip[1] - 40)], steps=8)
+        moved = (r["x"] - 60, r["y"] - 40)
+        poll(f"the help window at {moved}", lambda: any(
+            (w["rect"]["x"], w["rect"]["y"]) == moved for w in app.own_windows() if w["name"] == HELP_TITLE), 5)
+        # An arrow held with nothing selected shows its message: above the help window.
+        box = app.expect_window(lambda: app.drag([IMG_ARR_RIGHT, IMG_ARR_RIGHT], held=lambda: time.sleep(0.3)),
+                                name="Brindleway Skin Fwt.")
+        stack = [w["name"] for w in app.own_windows()]
+        expect(stack.index("Brindleway Skin Fwt.") > stack.index(HELP_TITLE), f"stacking, bottom to top: {stack}")
+        app.keys("Return")
+        app.wait_gone(box)
+        help_window = next(w for w in app.own_windows() if w["name"] == HELP_TITLE)
+        hx, hy = help_window["rect"]["x"], help_window["rect"]["y"]
+        app.click(hx + 668 - app.origin[0], hy + 9 - app.origin[1])  # its own close button
+        app.wait_gone(help_window)
+
+        self.begin("minimise: sway keeps every window shown; the program goes on as before")
+        app.click(*IMG_MIN)
+        time.sleep(0.3)
+        app.assert_running()
+        expect(app.find_main_window()["rect"]["width"] == 792, "the main window changed")
 
         self.begin("load both pictures through the open dialog")
         for button, path, side, ground in ((IMG_SEND_LOAD, picture, "Send", SEND_GROUND),
@@ -169,6 +200,14 @@ class Session:
         image = self.shot("wayland-05-loaded.png")
         expect(image.at(*on("Send", 5, 250)) == SEND_GROUND, "the Send picture did not come back")
         expect(ink(image, TXT_SKIN_NAME) > 40 and ink(image, TXT_SKIN_AUTHOR) > 40, "name or author box is empty")
+
+        self.begin("the arrow pad repeats while held: the loaded label moves right by several steps")
+        x, y, w, h = self.label_rect()
+        app.click(x + w - 4, y + h - 4)  # select it
+        app.drag([IMG_ARR_RIGHT, IMG_ARR_RIGHT], held=lambda: time.sleep(0.6))
+        # One step is 10 twips (2/3 pixel): the label's left column is left behind only after three.
+        poll("the label moved by the held arrow", lambda: self.shot("wayland-06-nudged.png").at(x + 1, y + h - 4)
+             != CHIP_COLOUR)
 
         self.begin("the close button ends the program")
         app.click(*IMG_CLOSE)

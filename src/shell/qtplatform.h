@@ -23,7 +23,8 @@ QStringList ToQtNameFilters(const std::string& filter);
 
 class QtPlatform : public Platform {
 public:
-    explicit QtPlatform(QWidget& mainWindow) : window_(mainWindow), inputBlocker_(mainWindow) {}
+    explicit QtPlatform(QWidget& mainWindow)
+        : window_(mainWindow), inputBlocker_(mainWindow), pixelSource_(mainWindow) {}
     ~QtPlatform() override;
 
     LocalDateTime Now() override;

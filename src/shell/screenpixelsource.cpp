@@ -12,7 +12,7 @@ namespace skin {
 std::optional<QColor> ScreenPixelSource::colourAt(QPoint global) const
 {
     if (std::optional<QColor> colour = screenColourAt(global)) return colour;
-    return ownWindowColourAt(global);
+    return ownWindowColourAt(global, pointerWindow_, windowPositionsKnown());
 }
 
 std::optional<QColor> ScreenPixelSource::screenColourAt(QPoint global)
@@ -25,12 +25,16 @@ std::optional<QColor> ScreenPixelSource::screenColourAt(QPoint global)
     return pixel.pixelColor(0, 0);
 }
 
-// The window is rendered, not read from the screen, so what covers it (another program's
-// window) cannot show through; where the window system tells Qt its stacking (X11), the top
-// window at the point is the one read.
-std::optional<QColor> ScreenPixelSource::ownWindowColourAt(QPoint global)
+bool ScreenPixelSource::windowPositionsKnown()
 {
-    QWidget* window = QApplication::topLevelAt(global);
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+// The window is rendered, not read from the screen, so what covers it (another program's
+// window) cannot show through.
+std::optional<QColor> ScreenPixelSource::ownWindowColourAt(QPoint global, QWidget& pointerWindow, bool positionsKnown)
+{
+    QWidget* window = positionsKnown ? QApplication::topLevelAt(global) : &pointerWindow;
     if (window == nullptr || !window->isVisible()) return std::nullopt;
     const QPoint local = window->mapFromGlobal(global);
     if (!window->rect().contains(local)) return std::nullopt;
@@ -61,13 +65,12 @@ QString PickerTooltip(PickerReach reach)
     case PickerReach::WholeScreen:
         return fixed;
     case PickerReach::OwnWindowsAndDesktop:
-        return fixed + QStringLiteral(" (this session lets it read only this program's windows; release it "
-                                      "elsewhere to pick with the desktop's colour picker)");
+        return fixed + QStringLiteral(" (in this session it reads only this window; released elsewhere, it opens "
+                                      "the desktop's colour picker)");
     case PickerReach::OwnWindowsOnly:
         break;
     }
-    return fixed + QStringLiteral(" (this session lets it read only this program's windows, such as the "
-                                  "pictures and the colour chips)");
+    return fixed + QStringLiteral(" (in this session it reads only this window: the pictures and the colour chips)");
 }
 
 QString UnreadSwatchTooltip()

@@ -11,6 +11,8 @@
 
 #include <optional>
 
+class QWidget;
+
 #include "portalcolourpick.h"
 
 namespace skin {
@@ -24,13 +26,23 @@ enum class PickerReach {
 
 class ScreenPixelSource {
 public:
+    // `pointerWindow` is the window whose button press the picker is: in a Wayland session it
+    // holds the pointer for the whole pick, and it is the only window whose place is known.
+    explicit ScreenPixelSource(QWidget& pointerWindow) : pointerWindow_(pointerWindow) {}
+
     // The colour at a point in global coordinates, as Qt gives them; nullopt where neither the
     // screen nor one of the program's visible windows can be read there.
     std::optional<QColor> colourAt(QPoint global) const;
 
-    // The two readers, on their own.
+    // The two readers, on their own. Where the window system tells where windows lie and how
+    // they stack (X11), the own-window reader reads the program's top window at the point. A
+    // Wayland client learns neither, only where the pointer is on the window it pressed; so
+    // there (`positionsKnown` false) it reads `pointerWindow` alone, even where another window
+    // (the help window) covers it on the screen.
     static std::optional<QColor> screenColourAt(QPoint global);
-    static std::optional<QColor> ownWindowColourAt(QPoint global);
+    static std::optional<QColor> ownWindowColourAt(QPoint global, QWidget& pointerWindow, bool positionsKnown);
+    // False in a Wayland session.
+    static bool windowPositionsKnown();
 
     // Whether the screen itself can be read (probed once, on the primary screen).
     static bool screenReadable();
@@ -38,6 +50,7 @@ public:
     std::optional<QColor> pickWithDesktop() { return portal_.pick(); }
 
 private:
+    QWidget& pointerWindow_;
     PortalColourPick portal_;
 };
 

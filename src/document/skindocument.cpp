@@ -3,32 +3,34 @@
 #include <cmath>
 #include <limits>
 
+#include "skininfotable.h"
+
 namespace skin {
 namespace {
 
 using F = TextField;
 
 constexpr std::array<AreaKindInfo, kAreaKinds> kSendKinds{{
-    {"User List", "Send User List", "Send User List", F::SendUsers},
-    {"Message", "Send Message", "Send Message", F::SendMessage},
-    {"All", "Send All", "Send All", std::nullopt},
-    {"None", "Send None", "Send None", std::nullopt},
-    {"Cut", "Send Cut", "Send Cut", std::nullopt},
-    {"Send", "Send Send", "Send Send", std::nullopt},
-    {"Close", "Send Close", "Send Close", std::nullopt},
-    {"Options", "Send Options", "Send Options", std::nullopt},
+    {"User List", "Send User List", kSendAreaSections[0], F::SendUsers},
+    {"Message", "Send Message", kSendAreaSections[1], F::SendMessage},
+    {"All", "Send All", kSendAreaSections[2], std::nullopt},
+    {"None", "Send None", kSendAreaSections[3], std::nullopt},
+    {"Cut", "Send Cut", kSendAreaSections[4], std::nullopt},
+    {"Send", "Send Send", kSendAreaSections[5], std::nullopt},
+    {"Close", "Send Close", kSendAreaSections[6], std::nullopt},
+    {"Options", "Send Options", kSendAreaSections[7], std::nullopt},
 }};
 
 // The file's spelling ("Recieve", "OK") differs from the editor's on purpose: both are formats.
 constexpr std::array<AreaKindInfo, kAreaKinds> kReceiveKinds{{
-    {"Date", "Receive Date", "Recieve Date", F::ReceiveDate},
-    {"Sender", "Receive Sender", "Recieve Sender", F::ReceiveSender},
-    {"Message", "Receive Message", "Recieve Message", F::ReceiveMessage},
-    {"Okay", "Receive Okay", "Recieve OK", std::nullopt},
-    {"Yes", "Receive Yes", "Recieve Yes", std::nullopt},
-    {"No", "Receive No", "Recieve No", std::nullopt},
-    {"Reply", "Receive Reply", "Recieve Reply", std::nullopt},
-    {"Close", "Receive Close", "Recieve Close", std::nullopt},
+    {"Date", "Receive Date", kReceiveAreaSections[0], F::ReceiveDate},
+    {"Sender", "Receive Sender", kReceiveAreaSections[1], F::ReceiveSender},
+    {"Message", "Receive Message", kReceiveAreaSections[2], F::ReceiveMessage},
+    {"Okay", "Receive Okay", kReceiveAreaSections[3], std::nullopt},
+    {"Yes", "Receive Yes", kReceiveAreaSections[4], std::nullopt},
+    {"No", "Receive No", kReceiveAreaSections[5], std::nullopt},
+    {"Reply", "Receive Reply", kReceiveAreaSections[6], std::nullopt},
+    {"Close", "Receive Close", kReceiveAreaSections[7], std::nullopt},
 }};
 
 constexpr RectF kSendFrame{285, 765, 5430, 3870};

@@ -37,6 +37,7 @@ bool farEnough(float pointer, std::int16_t anchor) {
 }  // namespace
 
 void Editor::BeginArea(SkinSide side, float x, float y) {
+    Operation op(*this);
     const RectF picture = surface_.pictureFrames[SideIndex(side)];
     BoxElement& box = ensureBox(side, document_.BoxCount(side));
     DragAnchor& anchor = surface_.dragAnchor[SideIndex(side)];
@@ -47,29 +48,28 @@ void Editor::BeginArea(SkinSide side, float x, float y) {
     box.rect.Left = picture.Left + x;
     anchor.X = RoundToInt16(x);
     box.visible = true;
-    Refresh();
 }
 
 void Editor::ExtendArea(SkinSide side, float x, float y) {
+    Operation op(*this);
     const RectF picture = surface_.pictureFrames[SideIndex(side)];
     const DragAnchor anchor = surface_.dragAnchor[SideIndex(side)];
     BoxElement& box = ensureBox(side, document_.BoxCount(side));
     extendAxis(box.rect.Width, box.rect.Left, x, anchor.X, picture.Left, picture.Width);
     extendAxis(box.rect.Height, box.rect.Top, y, anchor.Y, picture.Top, picture.Height);
-    Refresh();
 }
 
 void Editor::EndArea(SkinSide side, float x, float y) {
+    Operation op(*this);
     const int n = document_.BoxCount(side);
     const DragAnchor anchor = surface_.dragAnchor[SideIndex(side)];
     if (!farEnough(x, anchor.X) || !farEnough(y, anchor.Y)) {
         ensureBox(side, n).visible = false;  // the box count stays: the next drag reuses it
-        Refresh();
         return;
     }
     BringBoxToFront(side, n);
     surface_.areaNamed[SideIndex(side)] = false;
-    Refresh();  // the grown box is on screen while the menu is open
+    showNow();  // the grown box is on screen, in front, while the menu is open
     const std::optional<AreaKind> choice = platform_.ShowNameMenu(side, surface_.menuEnabled[SideIndex(side)]);
     if (choice) NameArea(side, *choice);
     CloseArea(side);
@@ -77,6 +77,7 @@ void Editor::EndArea(SkinSide side, float x, float y) {
 
 bool Editor::NameArea(SkinSide side, AreaKind kind) {
     if (kind < 0 || kind >= kAreaKinds) return false;
+    Operation op(*this);
     const int n = document_.BoxCount(side);
     BoxElement& box = ensureBox(side, n);
     const AreaRect rect{RoundToInt16(box.rect.Left), RoundToInt16(box.rect.Top), RoundToInt16(box.rect.Width),
@@ -95,36 +96,38 @@ bool Editor::NameArea(SkinSide side, AreaKind kind) {
     }
     surface_.menuEnabled[SideIndex(side)][kind] = false;
     surface_.areaNamed[SideIndex(side)] = true;
-    Refresh();
     return true;
 }
 
 void Editor::CloseArea(SkinSide side) {
+    Operation op(*this);
     const int n = document_.BoxCount(side);
     // A dismissed menu or "Cancel" discards the box, and its index is used up all the same.
     if (!surface_.areaNamed[SideIndex(side)]) ensureBox(side, n).visible = false;
     document_.IncrementBoxCount(side);
-    Refresh();
 }
 
 void Editor::SelectBox(SkinSide side, int index) {
+    Operation op(*this);
     const auto& list = surface_.Boxes(side);
     if (index < 0 || index >= static_cast<int>(list.size())) return;
     setSelectionStatus("Current Selection: " + list[index].tag, Selection::Box(side, index));
-    Refresh();
 }
 
 void Editor::SelectTextField(TextField field) {
+    Operation op(*this);
     setSelectionStatus(std::string(SelectionStatusText(field)), Selection::Label(field));
-    Refresh();
 }
 
 void Editor::BringBoxToFront(SkinSide side, int index) {
+    Operation op(*this);
     if (index < 0) return;
     ensureBox(side, index).z = ++surface_.nextZ;
-    Refresh();
 }
 
-void Editor::SetAreaNamed(SkinSide side, bool named) { surface_.areaNamed[SideIndex(side)] = named; }
+void Editor::SetAreaNamed(SkinSide side, bool named) {
+    Operation op(*this);
+    surface_.areaNamed[SideIndex(side)] = named;
+}
 
 }  // namespace skin

@@ -14,6 +14,7 @@ bool hasMirroredBox(const EditorSurface& s, TextField f) {
 }  // namespace
 
 void Editor::SetColourTarget(ColourRole target) {
+    Operation op(*this);
     if (target == ColourRole::Back) {
         surface_.textTag = "Text_OFF";
         surface_.mapTag = "Map_ON";
@@ -21,7 +22,6 @@ void Editor::SetColourTarget(ColourRole target) {
         surface_.mapTag = "Map_OFF";
         surface_.textTag = "Text_ON";
     }
-    Refresh();
 }
 
 ColourRole Editor::ColourTarget() const {
@@ -32,45 +32,44 @@ ColourRole Editor::ColourTarget() const {
 void Editor::ApplyColour(OleColour colour) {
     const Selection& sel = surface_.currentSelection;
     if (sel.kind != Selection::Kind::Label) return;  // boxes have no colours
+    Operation op(*this);
     document_.SetColour(sel.field, ColourTarget(), colour);
-    Refresh();
 }
 
 void Editor::ChooseColour() {
-    Refresh();
+    Operation op(*this);
+    showNow();
     const std::optional<OleColour> chosen = platform_.ChooseColour(surface_.dialogColour);
     if (!chosen) return;
     surface_.dialogColour = *chosen;
     surface_.swatch = *chosen;
     surface_.swatchUnread = false;
     ApplyColour(surface_.swatch);
-    Refresh();
 }
 
 void Editor::PickerPressed() {
+    Operation op(*this);
     surface_.pickerFace = PressedFace(kPickerTag);
     platform_.SetPickerPointer(true);
     surface_.swatchUnread = false;
-    // The skin picture beneath each text field shows through its box's hatch while held;
-    // the view hears each swap on its own, in this order.
+    // The skin picture beneath each text field shows through its box's hatch while held.
     for (TextField f : kPickerOrder) {
         if (!hasMirroredBox(surface_, f)) continue;
         surface_.Label(f).visible = false;
         surface_.Boxes(SideOf(f))[surface_.TextFieldBox(f)].visible = true;
-        Refresh();
     }
     platform_.StartTimer(EditorTimer::ScreenColour);
-    Refresh();
 }
 
 void Editor::SampleScreenColour() {
+    Operation op(*this);
     const std::optional<OleColour> pixel = platform_.ScreenPixelAtPointer();
     if (pixel) surface_.swatch = *pixel;
     surface_.swatchUnread = !pixel;
-    Refresh();
 }
 
 void Editor::PickerReleased() {
+    Operation op(*this);
     surface_.pickerFace = NormalFace(kPickerTag);
     platform_.SetPickerPointer(false);
     platform_.StopTimer(EditorTimer::ScreenColour);
@@ -78,18 +77,16 @@ void Editor::PickerReleased() {
         if (!hasMirroredBox(surface_, f)) continue;
         surface_.Label(f).visible = true;
         surface_.Boxes(SideOf(f))[surface_.TextFieldBox(f)].visible = false;
-        Refresh();
     }
     // Released where nothing could be read: the swatch was not read there, so it is not applied.
     if (surface_.swatchUnread) {
-        Refresh();
+        showNow();
         const std::optional<OleColour> picked = platform_.PickColourWithDesktop();
         if (!picked) return;
         surface_.swatch = *picked;
         surface_.swatchUnread = false;
     }
     ApplyColour(surface_.swatch);
-    Refresh();
 }
 
 }  // namespace skin

@@ -5,8 +5,43 @@ namespace skin {
 Editor::Editor(Platform& platform, SurfaceView* view)
     : platform_(platform), view_(view), surface_(StartSurface()) {}
 
-void Editor::Refresh() {
+Editor::Batch::Batch(Editor& editor) : editor_(editor) { ++editor_.depth_; }
+
+Editor::Batch::~Batch() {
+    if (--editor_.depth_ == 0) editor_.notifyView();
+}
+
+void Editor::SetView(SurfaceView* view) {
+    view_ = view;
+    notifyView();
+}
+
+void Editor::notifyView() {
     if (view_ != nullptr) view_->SurfaceChanged(surface_, document_);
+}
+
+void Editor::SetSkinName(std::string name) {
+    Operation op(*this);
+    document_.SetSkinName(std::move(name));
+}
+
+void Editor::SetSkinAuthor(std::string author) {
+    Operation op(*this);
+    document_.SetSkinAuthor(std::move(author));
+}
+
+bool Editor::SetSidePicture(SkinSide side, const std::string& path, std::string fileName) {
+    Operation op(*this);
+    const PictureId picture = platform_.LoadPicture(side, path);
+    if (picture == kNoPicture) return false;
+    surface_.framePictures[SideIndex(side)] = picture;
+    document_.SetPicture(side, std::move(fileName), path);
+    return true;
+}
+
+void Editor::SetColour(TextField field, ColourRole role, OleColour colour) {
+    Operation op(*this);
+    document_.SetColour(field, role, colour);
 }
 
 BoxElement& Editor::ensureBox(SkinSide side, int index) {
@@ -22,6 +57,7 @@ void Editor::setSelectionStatus(std::string text, Selection selection) {
 }
 
 void Editor::ResetEditor() {
+    Operation op(*this);
     // A new main window: stop what a held button had started, then start everything afresh.
     platform_.StopTimer(EditorTimer::MoveObject);
     platform_.StopTimer(EditorTimer::ScreenColour);
@@ -30,7 +66,6 @@ void Editor::ResetEditor() {
     pressMessageShown_ = false;
     document_.ResetDocument();
     surface_ = StartSurface();
-    Refresh();
 }
 
 }  // namespace skin

@@ -1,9 +1,12 @@
 #pragma once
 // The skin editor core: the skin document, the editor surface and the operations on them
 // (drawing and naming areas, nudge and stretch, colour tools, side pictures and reset).
-// It reaches the window system only through Platform and tells the SurfaceView (if any)
-// after every operation. One Editor lives as long as the main window; all calls come from
-// the user-interface thread, one event at a time.
+// It is the only door to the document: everything that changes the skin, the designer's
+// typing and skin loading included, is one of its operations. It reaches the window system
+// only through Platform and tells the SurfaceView (if any) once at the end of each operation,
+// and before each modal or visible Platform call inside one, so the screen is current while
+// a menu, dialog or message is open. One Editor lives as long as the main window; all calls
+// come from the user-interface thread, one event at a time.
 
 #include <string_view>
 
@@ -34,13 +37,32 @@ public:
     // The platform must outlive the editor; the view may be null (no one watches).
     explicit Editor(Platform& platform, SurfaceView* view = nullptr);
 
-    void SetView(SurfaceView* view) { view_ = view; }
-    SkinDocument& Document() { return document_; }
+    // Groups the operations run during its life into one: the view hears once, when the
+    // outermost group ends (skin loading, which replays many operations).
+    class Batch {
+    public:
+        explicit Batch(Editor& editor);
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+    private:
+        Editor& editor_;
+    };
+
+    // The view hears about the whole state at once, now and after every later operation.
+    void SetView(SurfaceView* view);
     const SkinDocument& Document() const { return document_; }
     const EditorSurface& Surface() const { return surface_; }
-    // Tells the view now; for callers that changed the document directly (loading colours,
-    // pictures, name and author).
-    void Refresh();
+
+    // --- Name, author and the kept values that skin loading restores. ---
+    void SetSkinName(std::string name);
+    void SetSkinAuthor(std::string author);
+    // Reads the picture at `path` into the side's frame and records fileName and path in the
+    // document. False, with nothing changed, when the platform cannot read the picture.
+    bool SetSidePicture(SkinSide side, const std::string& path, std::string fileName);
+    // A text field's colour, whatever is selected (skin loading).
+    void SetColour(TextField field, ColourRole role, OleColour colour);
 
     // --- Drawing and naming areas. x, y: pointer in twips relative to the side's picture. ---
     // Press of the left button on the side's picture: box n (n = box count) starts growing.
@@ -108,12 +130,30 @@ public:
     void ResetEditor();
 
 private:
+    // Every public operation holds one while it runs; the outermost one tells the view.
+    class Operation {
+    public:
+        explicit Operation(Editor& editor) : editor_(editor) { ++editor_.depth_; }
+        ~Operation() {
+            if (--editor_.depth_ == 0) editor_.notifyView();
+        }
+        Operation(const Operation&) = delete;
+        Operation& operator=(const Operation&) = delete;
+
+    private:
+        Editor& editor_;
+    };
+
     BoxElement& ensureBox(SkinSide side, int index);
     void setSelectionStatus(std::string text, Selection selection);
     bool arrowHeld() const { return heldArrow_ >= 0; }
+    // Brings the screen up to date before a modal or visible Platform call.
+    void showNow() { notifyView(); }
+    void notifyView();
 
     Platform& platform_;
     SurfaceView* view_;
+    int depth_ = 0;  // operations running, nested
     SkinDocument document_;
     EditorSurface surface_;
     int heldArrow_ = -1;              // timMoveObject's tag: the arrow being held, -1 for none

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform.h"
 #include "skindocument.h"
 
 namespace skin {
@@ -80,9 +81,9 @@ struct DragAnchor {
 };
 
 struct EditorSurface {
-    // imgSend / imgRecieve: fixed frames; the picture shown in them is the platform's, and a
-    // side whose document picture file name is empty shows an empty frame.
+    // imgSend / imgRecieve: fixed frames, and the picture each shows (kNoPicture: empty).
     std::array<RectF, 2> pictureFrames{};
+    std::array<PictureId, 2> framePictures{};
     // imgObjectBox / imgRObjectBox, by SideIndex. Lists only grow (box 0 exists from the
     // start), except through ResetEditor, which returns each list to a single hidden box 0.
     std::array<std::vector<BoxElement>, 2> boxes;

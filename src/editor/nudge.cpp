@@ -51,9 +51,10 @@ bool validArrow(int index) { return index >= 0 && index < kArrows; }
 
 void Editor::NudgeSelection(int index) {
     if (!validArrow(index)) return;
+    Operation op(*this);
     const Selection sel = surface_.currentSelection;
     if (sel.kind == Selection::Kind::None) {
-        Refresh();
+        showNow();
         platform_.ShowMessage(std::string(kNoSelectionText), std::string(kArrowPadTitle), MessageIcon::Information,
                               MessageButtons::Ok);
         return;
@@ -93,39 +94,38 @@ void Editor::NudgeSelection(int index) {
     }
     auto& boxes = surface_.Boxes(side);
     if (!kind || boxIndex < 0 || boxIndex >= static_cast<int>(boxes.size())) {
-        Refresh();  // the element moved; no stored rectangle changes
-        return;
+        return;  // the element moved; no stored rectangle changes
     }
     RectF& mirror = boxes[boxIndex].rect;
     mirror = *rect;
     document_.UpdateArea(side, *kind,
                          {RoundToInt16(mirror.Left), RoundToInt16(mirror.Top), RoundToInt16(mirror.Width),
                           RoundToInt16(mirror.Height)});
-    Refresh();
 }
 
 void Editor::ArrowPressed(int index) {
     if (!validArrow(index)) return;
+    Operation op(*this);
     surface_.arrowFaces[index] = PressedFace(ArrowTag(index));
     heldArrow_ = index;
     pressMessageShown_ = false;
     if (surface_.currentSelection.kind == Selection::Kind::Label)
         surface_.Label(surface_.currentSelection.field).border = true;
     platform_.StartTimer(EditorTimer::MoveObject);
-    Refresh();
 }
 
 void Editor::ArrowReleased(int index) {
     if (!validArrow(index)) return;
+    Operation op(*this);
     platform_.StopTimer(EditorTimer::MoveObject);
     heldArrow_ = -1;
     if (surface_.currentSelection.kind == Selection::Kind::Label)
         surface_.Label(surface_.currentSelection.field).border = false;
     surface_.arrowFaces[index] = NormalFace(ArrowTag(index));
-    Refresh();
 }
 
 void Editor::ArrowClicked(int index) {
+    Operation op(*this);
     const bool nothingSelected = surface_.currentSelection.kind == Selection::Kind::None;
     if (nothingSelected && pressMessageShown_) {
         pressMessageShown_ = false;  // this press has had its message
@@ -136,6 +136,7 @@ void Editor::ArrowClicked(int index) {
 
 void Editor::MoveTimerTick() {
     if (!arrowHeld()) return;
+    Operation op(*this);
     if (surface_.currentSelection.kind == Selection::Kind::None) {
         // The message box takes the rest of the press, release included, so the arrow is let go
         // before it opens: the repeat stops and the normal face shows. One message per press.
@@ -149,9 +150,9 @@ void Editor::MoveTimerTick() {
 }
 
 void Editor::ToggleLock() {
+    Operation op(*this);
     const std::string& tag = surface_.lockTag;
     surface_.lockTag = tag.find("ON") != std::string::npos ? NormalFace(tag) : PressedFace(tag);
-    Refresh();
 }
 
 }  // namespace skin

@@ -18,20 +18,19 @@ void Editor::LoadSkinPicture(SkinSide side) {
     settings.flags = kPictureDialogFlags;
     settings.filter = kPictureFilter;
     settings.filterIndex = 1;
-    Refresh();
+    Operation op(*this);
+    showNow();
     const std::optional<FileChoice> choice = platform_.OpenFileDialog(settings);
     if (!choice) return;  // cancelled: nothing has changed
-    if (!platform_.LoadPicture(side, choice->path)) {
+    if (!SetSidePicture(side, choice->path, choice->title)) {
         // The frame keeps its picture and the document its file name and path.
         platform_.ShowMessage(std::string(kPictureLoadErrorText), std::string(kPictureLoadErrorTitle),
                               MessageIcon::Exclamation, MessageButtons::Ok);
-        return;
     }
-    document_.SetPicture(side, choice->title, choice->path);
-    Refresh();
 }
 
 void Editor::ResetSide(SkinSide side) {
+    Operation op(*this);
     // ClearSide also zeroes the box count, so the boxes to hide are counted first.
     const int count = document_.BoxCount(side);
     document_.ClearSide(side);
@@ -48,7 +47,6 @@ void Editor::ResetSide(SkinSide side) {
     } else {
         for (TextField f : kReceiveFields) park(f);
     }
-    Refresh();
 }
 
 }  // namespace skin

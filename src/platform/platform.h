@@ -44,6 +44,10 @@ enum class BusyPanel { Loading, Creating };
 enum class TextBox { SkinName, SkinAuthor };
 enum class EditorTimer { MoveObject, ScreenColour };  // 50 ms arrow repeat, 1 ms picker sampling
 
+// A picture the platform has read and keeps, ready to be shown in a side's frame; 0 is none.
+using PictureId = int;
+inline constexpr PictureId kNoPicture = 0;
+
 class Platform {
 public:
     virtual ~Platform() = default;
@@ -74,9 +78,10 @@ public:
     // again (options list back on its first item) and it is shown centred, focus on its first field.
     virtual void ShowMainWindowAnew() = 0;
 
-    // Loads a picture file and shows it stretched into the side's frame. False when the file
-    // is missing or no picture the loader reads; the frame then keeps its picture.
-    virtual bool LoadPicture(SkinSide side, const std::string& path) = 0;
+    // Reads a picture file, prepared for the side's frame (stretched to fill it), and keeps it
+    // for as long as the program runs, so that a picture once shown can be shown again.
+    // kNoPicture when the file is missing or no picture the loader reads.
+    virtual PictureId LoadPicture(SkinSide side, const std::string& path) = 0;
 
     // Timers tick back into the core through the shell (NudgeSelection, SampleScreenColour).
     virtual void StartTimer(EditorTimer timer) = 0;

@@ -14,16 +14,16 @@ using F = TextField;
 using R = ColourRole;
 
 constexpr std::array<ColourEntry, 4> kSendColours{{
-    {"Message Back Colour", F::SendMessage, R::Back},
-    {"Message Text Colour", F::SendMessage, R::Text},
-    {"User List Back Colour", F::SendUsers, R::Back},
-    {"User List Text Colour", F::SendUsers, R::Text},
+    {kSendColourKeys[0], F::SendMessage, R::Back},
+    {kSendColourKeys[1], F::SendMessage, R::Text},
+    {kSendColourKeys[2], F::SendUsers, R::Back},
+    {kSendColourKeys[3], F::SendUsers, R::Text},
 }};
 constexpr std::array<ColourEntry, 4> kReceiveColours{{
-    {"Message Back Colour", F::ReceiveMessage, R::Back},
-    {"Message Text Colour", F::ReceiveMessage, R::Text},
-    {"Date Text Colour", F::ReceiveDate, R::Text},
-    {"Sender Text Colour", F::ReceiveSender, R::Text},
+    {kReceiveColourKeys[0], F::ReceiveMessage, R::Back},
+    {kReceiveColourKeys[1], F::ReceiveMessage, R::Text},
+    {kReceiveColourKeys[2], F::ReceiveDate, R::Text},
+    {kReceiveColourKeys[3], F::ReceiveSender, R::Text},
 }};
 
 // The designers' machines format dates with English month abbreviations, and the client reads
@@ -65,7 +65,9 @@ void writeSide(const SkinDocument& document, SkinSide side, const std::string& p
 
 }  // namespace
 
-std::string_view ColourSection(SkinSide side) { return side == SkinSide::Send ? "Send Colours" : "Recieve Colours"; }
+std::string_view ColourSection(SkinSide side) {
+    return side == SkinSide::Send ? kSendColourSection : kReceiveColourSection;
+}
 
 const std::array<ColourEntry, 4>& ColourEntries(SkinSide side) {
     return side == SkinSide::Send ? kSendColours : kReceiveColours;

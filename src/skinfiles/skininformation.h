@@ -11,19 +11,12 @@
 
 #include "platform.h"
 #include "skindocument.h"
+#include "skininfotable.h"
 
 namespace skin {
 
 inline constexpr std::string_view kSkinInformationExtension = ".bsi";
 
-inline constexpr std::string_view kGlobalSection = "Global";
-inline constexpr std::string_view kSkinNameKey = "Skin Name";
-inline constexpr std::string_view kSkinAuthorKey = "Skin Author";
-inline constexpr std::string_view kSendImageKey = "Skin Send Image";
-inline constexpr std::string_view kReceiveImageKey = "Skin Recieve Image";
-inline constexpr std::string_view kCreationTimeKey = "Skin Creation Time";
-inline constexpr std::string_view kCreationDateKey = "Skin Creation Date";
-inline constexpr std::array<std::string_view, 4> kAreaKeys{"Left", "Top", "Width", "Height"};
 
 // One kept colour of a side: its key in the side's colour section and the colour it carries.
 struct ColourEntry {
@@ -32,8 +25,7 @@ struct ColourEntry {
     ColourRole role;
 };
 
-// "Send Colours" or "Recieve Colours"; both sections use "Message Back Colour" and
-// "Message Text Colour", so a colour is always read by section and key together.
+// "Send Colours" or "Recieve Colours".
 std::string_view ColourSection(SkinSide side);
 // The four kept colours of a side, in the order they are written and read.
 const std::array<ColourEntry, 4>& ColourEntries(SkinSide side);

@@ -22,7 +22,7 @@ public:
     std::deque<std::optional<AreaKind>> menuAnswers;       // default when empty: dismissed
     std::deque<std::optional<OleColour>> screenPixels;     // default when empty: 0; nullopt: unreadable
     std::deque<std::optional<OleColour>> desktopPicks;     // default when empty: no desktop pick
-    bool picturesLoad = true;                              // LoadPicture's result
+    bool picturesLoad = true;                              // whether LoadPicture reads the file
 
     // --- record ---
     struct Message {
@@ -94,10 +94,11 @@ public:
         log.push_back(box == TextBox::SkinName ? "focus txtSkinName" : "focus txtSkinAuthor");
     }
     void ShowMainWindowAnew() override { log.push_back("main window anew"); }
-    bool LoadPicture(SkinSide side, const std::string& path) override {
+    PictureId LoadPicture(SkinSide side, const std::string& path) override {
         log.push_back("load picture " + path);
-        if (picturesLoad) picturesShown.emplace_back(side, path);
-        return picturesLoad;
+        if (!picturesLoad) return kNoPicture;
+        picturesShown.emplace_back(side, path);
+        return static_cast<PictureId>(picturesShown.size());
     }
     void StartTimer(EditorTimer t) override { (t == EditorTimer::MoveObject ? moveTimer : colourTimer) = true; }
     void StopTimer(EditorTimer t) override { (t == EditorTimer::MoveObject ? moveTimer : colourTimer) = false; }

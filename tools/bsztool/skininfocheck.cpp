@@ -1,48 +1,12 @@
 #include "skininfocheck.h"
 
-#include <array>
 #include <set>
 #include <utility>
-#include <vector>
+
+#include "skininfotable.h"
 
 namespace skin::bsztool {
 namespace {
-
-struct ExpectedSection {
-    std::string_view name;
-    std::vector<std::string_view> keys;
-};
-
-const std::vector<std::string_view> kRectangleKeys{"Left", "Top", "Width", "Height"};
-
-// The sections and keys a skin information file carries, in the order they are written.
-const std::vector<ExpectedSection>& expectedSections() {
-    static const std::vector<ExpectedSection> sections{
-        {"Global",
-         {"Skin Name", "Skin Author", "Skin Send Image", "Skin Recieve Image", "Skin Creation Time",
-          "Skin Creation Date"}},
-        {"Send Colours",
-         {"Message Back Colour", "Message Text Colour", "User List Back Colour", "User List Text Colour"}},
-        {"Send User List", kRectangleKeys},
-        {"Send Message", kRectangleKeys},
-        {"Send All", kRectangleKeys},
-        {"Send None", kRectangleKeys},
-        {"Send Cut", kRectangleKeys},
-        {"Send Send", kRectangleKeys},
-        {"Send Close", kRectangleKeys},
-        {"Send Options", kRectangleKeys},
-        {"Recieve Colours", {"Message Back Colour", "Message Text Colour", "Date Text Colour", "Sender Text Colour"}},
-        {"Recieve Date", kRectangleKeys},
-        {"Recieve Sender", kRectangleKeys},
-        {"Recieve Message", kRectangleKeys},
-        {"Recieve OK", kRectangleKeys},
-        {"Recieve Yes", kRectangleKeys},
-        {"Recieve No", kRectangleKeys},
-        {"Recieve Reply", kRectangleKeys},
-        {"Recieve Close", kRectangleKeys},
-    };
-    return sections;
-}
 
 std::string lower(std::string_view text) {
     std::string out(text);
@@ -82,7 +46,7 @@ std::optional<std::string> FindMissingSkinInformation(std::string_view iniText) 
         const auto equals = line.find('=');
         if (inSection && equals != std::string_view::npos) keys.emplace(section, lower(trim(line.substr(0, equals))));
     }
-    for (const auto& expected : expectedSections()) {
+    for (const SkinInfoSection& expected : kSkinInfoSections) {
         const std::string name = lower(expected.name);
         if (sections.count(name) == 0) return "missing section [" + std::string(expected.name) + "]";
         for (const auto key : expected.keys) {

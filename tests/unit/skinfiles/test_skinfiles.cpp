@@ -89,13 +89,12 @@ protected:
     void MakeFullSkin() {
         PutBytes(Path("pictures/send.bmp"), PictureBytes(1));
         PutBytes(Path("pictures/receive.bmp"), PictureBytes(2));
-        SkinDocument& doc = editor.Document();
-        doc.SetPicture(SkinSide::Send, "send.bmp", Path("pictures/send.bmp"));
-        doc.SetPicture(SkinSide::Receive, "receive.bmp", Path("pictures/receive.bmp"));
-        doc.SetSkinName("My Skin");
-        doc.SetSkinAuthor("Ada Designer");
+        editor.SetSidePicture(SkinSide::Send, Path("pictures/send.bmp"), "send.bmp");
+        editor.SetSidePicture(SkinSide::Receive, Path("pictures/receive.bmp"), "receive.bmp");
+        editor.SetSkinName("My Skin");
+        editor.SetSkinAuthor("Ada Designer");
         for (int f = 0; f < kTextFields; ++f) {
-            for (ColourRole r : {ColourRole::Back, ColourRole::Text}) doc.SetColour(TextField(f), r, TestColour(TextField(f), r));
+            for (ColourRole r : {ColourRole::Back, ColourRole::Text}) editor.SetColour(TextField(f), r, TestColour(TextField(f), r));
         }
         for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
             for (AreaKind k = 0; k < kAreaKinds; ++k) {  // all inside their pictures, all different
@@ -139,19 +138,19 @@ using LoadingTest = SkinFilesTest;
 
 TEST_F(CreationTest, ChecksRunInTheirOrderPictureNameAuthor) {
     CreateSkinPackage(editor, platform);  // everything missing: only the picture message
-    editor.Document().SetPicture(SkinSide::Send, "s.bmp", "/x/s.bmp");  // one picture is not enough
+    editor.SetSidePicture(SkinSide::Send, "/x/s.bmp", "s.bmp");  // one picture is not enough
     CreateSkinPackage(editor, platform);
-    editor.Document().SetPicture(SkinSide::Receive, "r.bmp", "/x/r.bmp");
+    editor.SetSidePicture(SkinSide::Receive, "/x/r.bmp", "r.bmp");
     CreateSkinPackage(editor, platform);
-    editor.Document().SetSkinName(" ");  // blanks only is a name
+    editor.SetSkinName(" ");  // blanks only is a name
     CreateSkinPackage(editor, platform);
 
     const std::string title = "Package Creation Error";
     EXPECT_EQ(Message(0), (Said{kNoPicturesText, title, MessageIcon::Information, MessageButtons::Ok}));
     EXPECT_EQ(Message(2), (Said{"You must specify a skin name.", title, MessageIcon::Information, MessageButtons::Ok}));
     EXPECT_EQ(Message(3), (Said{"You must specify the skin author.", title, MessageIcon::Information, MessageButtons::Ok}));
-    EXPECT_EQ(platform.log, (Log{"message " + title, "message " + title, "message " + title, "focus txtSkinName",
-                                 "message " + title, "focus txtSkinAuthor"}));
+    EXPECT_EQ(platform.log, (Log{"message " + title, "load picture /x/s.bmp", "message " + title, "load picture /x/r.bmp",
+                                 "message " + title, "focus txtSkinName", "message " + title, "focus txtSkinAuthor"}));
 }
 
 TEST_F(CreationTest, FileTitlesAreAskedForAgainUntilValidThenThePackageIsWritten) {
@@ -240,7 +239,7 @@ struct FailingPlatform : FakePlatform {
         if (clockFails) throw std::runtime_error("no clock");
         return FakePlatform::Now();
     }
-    bool LoadPicture(SkinSide side, const std::string& path) override {
+    PictureId LoadPicture(SkinSide side, const std::string& path) override {
         if (picturesFail) throw std::bad_alloc();
         return FakePlatform::LoadPicture(side, path);
     }
@@ -255,10 +254,10 @@ TEST(UnexpectedFailures, EndCreationAndLoadingOnTheirFailurePaths) {
     fs::create_directories(root / "tmp");
     platform.tempFolder = (root / "tmp/").string();
     std::ofstream(root / "s.bmp") << "BM";
-    editor.Document().SetPicture(SkinSide::Send, "s.bmp", (root / "s.bmp").string());
-    editor.Document().SetPicture(SkinSide::Receive, "s.bmp", (root / "s.bmp").string());
-    editor.Document().SetSkinName("Blue");
-    editor.Document().SetSkinAuthor("Ada");
+    editor.SetSidePicture(SkinSide::Send, (root / "s.bmp").string(), "s.bmp");
+    editor.SetSidePicture(SkinSide::Receive, (root / "s.bmp").string(), "s.bmp");
+    editor.SetSkinName("Blue");
+    editor.SetSkinAuthor("Ada");
     platform.clockFails = true;
     platform.saveAnswers.push_back(FileChoice{(root / "BLUE.bsz").string(), "BLUE.bsz"});
     CreateSkinPackage(editor, platform);
@@ -283,24 +282,24 @@ TEST(UnexpectedFailures, EndCreationAndLoadingOnTheirFailurePaths) {
 TEST_F(CreationTest, NamesAPackageCannotCarryAreRefusedBeforeAnythingIsWritten) {
     MakeFullSkin();
     const std::string title = "Package Creation Error";
-    editor.Document().SetSkinName("AC\\DC");
+    editor.SetSkinName("AC\\DC");
     CreateSkinPackage(editor, platform);
     EXPECT_EQ(Message(0), (Said{"The skin name \"AC\\DC\" contains the character \"\\\", which Windows does not allow "
                                 "in file names.\r\nPlease change the skin name.",
                                 title, MessageIcon::Information, MessageButtons::Ok}));
     EXPECT_EQ(platform.log, (Log{"message " + title, "focus txtSkinName"}));
 
-    editor.Document().SetSkinName("C O N");  // its information file would be CON.bsi
+    editor.SetSkinName("C O N");  // its information file would be CON.bsi
     CreateSkinPackage(editor, platform);
     EXPECT_EQ(platform.messages.back().text,
               "The skin name \"C O N\" gives the information file name \"CON.bsi\", which is a name Windows reserves "
               "for a device.\r\nPlease change the skin name.");
 
-    editor.Document().SetSkinName("My Skin");
+    editor.SetSkinName("My Skin");
     for (const auto& [side, name] : {std::pair{SkinSide::Send, "logo\\v2.bmp"}, {SkinSide::Receive, "\u0416\u0430\u0440.bmp"}}) {
-        editor.Document().SetPicture(side, name, Path("pictures/send.bmp"));
+        editor.SetSidePicture(side, Path("pictures/send.bmp"), name);
         CreateSkinPackage(editor, platform);
-        editor.Document().SetPicture(side, "fine.bmp", Path("pictures/send.bmp"));
+        editor.SetSidePicture(side, Path("pictures/send.bmp"), "fine.bmp");
     }
     EXPECT_EQ(std::get<0>(Message(2)), "The file name of the Send picture, \"logo\\v2.bmp\", contains the character "
                                        "\"\\\", which Windows does not allow in file names.\r\nPlease rename the "

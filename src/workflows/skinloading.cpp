@@ -56,22 +56,18 @@ float toSingle(double value) {
 
 // Steps 9 to 11 of one side: the picture, the four kept colours, the eight areas. False at
 // the first value that cannot be used.
-bool restoreSide(Editor& editor, Platform& platform, SkinSide side, const std::string& informationPath,
+bool restoreSide(Editor& editor, SkinSide side, const std::string& informationPath,
                  const std::string& sourceFolder) {
     const std::string_view imageKey = side == SkinSide::Send ? kSendImageKey : kReceiveImageKey;
-    // The picture key is read once for each use, as the client's own loader does.
-    if (!platform.LoadPicture(side, sourceFolder + ReadINI(kGlobalSection, imageKey, informationPath))) return false;
-    std::string fileName = ReadINI(kGlobalSection, imageKey, informationPath);
-    editor.Document().SetPicture(side, std::move(fileName),
-                                 sourceFolder + ReadINI(kGlobalSection, imageKey, informationPath));
-    editor.Refresh();
+    // The picture key is read for each use: the picture shown, then its file name.
+    const std::string shownPath = sourceFolder + ReadINI(kGlobalSection, imageKey, informationPath);
+    if (!editor.SetSidePicture(side, shownPath, ReadINI(kGlobalSection, imageKey, informationPath))) return false;
 
     for (const ColourEntry& entry : ColourEntries(side)) {
         const std::optional<std::int32_t> colour =
             ColourFromText(ReadINI(ColourSection(side), entry.key, informationPath));
         if (!colour) return false;
-        editor.Document().SetColour(entry.field, entry.role, *colour);
-        editor.Refresh();
+        editor.SetColour(entry.field, entry.role, *colour);
     }
 
     const std::int16_t sideNumber = side == SkinSide::Send ? kSendSideNumber : kReceiveSideNumber;
@@ -97,7 +93,6 @@ LoadOutcome loadChosen(Editor& editor, Platform& platform, const std::string& ch
         BwZip zip = MakePackageContainer(platform);
         std::string unpackedInformation;  // empty: the package unpacks into a time-stamped folder
         if (!zip.UnZip(chosenPath, GetTempFolder(platform), false, true, &unpackedInformation)) {
-            editor.Refresh();
             show(platform, kInvalidPackageText, kLoadTitle, MessageIcon::Exclamation);
             return LoadOutcome::InvalidPackage;
         }
@@ -105,14 +100,13 @@ LoadOutcome loadChosen(Editor& editor, Platform& platform, const std::string& ch
         sourceFolder = folderOf(unpackedInformation);
     }
 
-    SkinDocument& document = editor.Document();
-    document.SetSkinAuthor(ReadINI(kGlobalSection, kSkinAuthorKey, informationPath));
-    document.SetSkinName(ReadINI(kGlobalSection, kSkinNameKey, informationPath));
-    editor.Refresh();
-
+    // The rebuilt skin reaches the screen once, when the rebuilding ends.
+    Editor::Batch rebuild(editor);
+    editor.SetSkinAuthor(ReadINI(kGlobalSection, kSkinAuthorKey, informationPath));
+    editor.SetSkinName(ReadINI(kGlobalSection, kSkinNameKey, informationPath));
     for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
         editor.ResetSide(side);
-        if (!restoreSide(editor, platform, side, informationPath, sourceFolder)) return LoadOutcome::Failed;
+        if (!restoreSide(editor, side, informationPath, sourceFolder)) return LoadOutcome::Failed;
     }
     return LoadOutcome::Loaded;
 }
@@ -172,7 +166,6 @@ void LoadSkin(Editor& editor, Platform& platform) {
     }
     busyOff(platform);
     if (outcome == LoadOutcome::InvalidPackage) return;
-    editor.Refresh();
     if (outcome == LoadOutcome::Loaded) {
         show(platform, kLoadedText, kLoadTitle, MessageIcon::Information);
     } else {

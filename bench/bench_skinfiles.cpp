@@ -54,10 +54,10 @@ Workbench& Bench() {
 // A skin with both pictures and one area per kind on each side.
 void FillSkin(skin::Editor& editor, FakePlatform& platform) {
     Workbench& bench = Bench();
-    editor.Document().SetPicture(skin::SkinSide::Send, "send.bmp", bench.sendPicture);
-    editor.Document().SetPicture(skin::SkinSide::Receive, "receive.bmp", bench.receivePicture);
-    editor.Document().SetSkinName("Bench Skin");
-    editor.Document().SetSkinAuthor("Bench");
+    editor.SetSidePicture(skin::SkinSide::Send, bench.sendPicture, "send.bmp");
+    editor.SetSidePicture(skin::SkinSide::Receive, bench.receivePicture, "receive.bmp");
+    editor.SetSkinName("Bench Skin");
+    editor.SetSkinAuthor("Bench");
     for (skin::SkinSide side : {skin::SkinSide::Send, skin::SkinSide::Receive}) {
         for (skin::AreaKind kind = 0; kind < skin::kAreaKinds; ++kind) {
             const float at = 100.0f + 300.0f * static_cast<float>(kind);

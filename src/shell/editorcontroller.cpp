@@ -10,6 +10,7 @@
 
 #include "facebutton.h"
 #include "frmskincreator.h"
+#include "qtplatform.h"
 #include "skinloading.h"
 #include "skinpackagecreation.h"
 #include "slotguard.h"
@@ -35,79 +36,70 @@ QPointF TwipsOf(const QMouseEvent& event)
 }  // namespace
 
 EditorController::EditorController(FrmSkinCreator& window)
-    : QObject(&window), window_(window), view_(window, this), editor_(window.platform(), &view_)
+    : QObject(&window),
+      window_(window),
+      view_(window, window.widgets(), window.qtPlatform().pictures(), this),
+      editor_(window.platform())
 {
-    for (SkinSide side : kSides) {
-        pictures_[SideIndex(side)] = view_.frame(side);
-        if (QLabel* picture = view_.frame(side)) picture->installEventFilter(this);
-    }
+    for (SkinSide side : kSides) view_.frame(side)->installEventFilter(this);
     wireButtons();
     wireTextBoxes();
-    wireHooks();
-    editor_.Refresh();
+    wireSignals();
+    editor_.SetView(&view_);
 }
 
 EditorController::~EditorController() = default;
 
 void EditorController::wireButtons()
 {
-    auto button = [this](const char* name) { return window_.faceButton(name); };
-    auto onClick = [this, &button](const char* name, auto operation) {
-        if (FaceButton* b = button(name)) connect(b, &FaceButton::clicked, this, Guarded(operation));
+    const MainWidgets& w = window_.widgets();
+    auto onClick = [this](FaceButton* button, auto operation) {
+        connect(button, &FaceButton::clicked, this, Guarded(operation));
     };
-    onClick("imgSendLoad", [this] { editor_.LoadSkinPicture(SkinSide::Send); });
-    onClick("imgReceiveLoad", [this] { editor_.LoadSkinPicture(SkinSide::Receive); });
-    onClick("imgSendClear", [this] { editor_.ResetSide(SkinSide::Send); });
-    onClick("imgReceiveClear", [this] { editor_.ResetSide(SkinSide::Receive); });
-    onClick("imgLock", [this] { editor_.ToggleLock(); });
-    onClick("imgMap", [this] { editor_.SetColourTarget(ColourRole::Back); });
-    onClick("imgText", [this] { editor_.SetColourTarget(ColourRole::Text); });
-    onClick("imgColorSelect", [this] { editor_.ChooseColour(); });
-    onClick("cmdCreateSkinPackage", [this] { CreateSkinPackage(editor_, window_.platform()); });
+    for (SkinSide side : kSides) {
+        onClick(w.loadButtons[SideIndex(side)], [this, side] { editor_.LoadSkinPicture(side); });
+        onClick(w.clearButtons[SideIndex(side)], [this, side] { editor_.ResetSide(side); });
+    }
+    onClick(w.imgLock, [this] { editor_.ToggleLock(); });
+    onClick(w.imgMap, [this] { editor_.SetColourTarget(ColourRole::Back); });
+    onClick(w.imgText, [this] { editor_.SetColourTarget(ColourRole::Text); });
+    onClick(w.imgColorSelect, [this] { editor_.ChooseColour(); });
+    onClick(w.cmdCreateSkinPackage, [this] { CreateSkinPackage(editor_, window_.platform()); });
 
     for (int index = 0; index < kArrows; ++index) {
-        FaceButton* arrow = button(QStringLiteral("imgArrMove%1").arg(index).toUtf8().constData());
-        if (arrow == nullptr) continue;
+        FaceButton* arrow = w.imgArrMove[index];
         connect(arrow, &FaceButton::pressed, this, Guarded([this, index] { editor_.ArrowPressed(index); }));
         connect(arrow, &FaceButton::released, this, Guarded([this, index] { editor_.ArrowReleased(index); }));
         connect(arrow, &FaceButton::clicked, this, Guarded([this, index] { editor_.ArrowClicked(index); }));
     }
-    if (FaceButton* picker = button("imgPicker")) {
-        connect(picker, &FaceButton::pressed, this, Guarded([this] { editor_.PickerPressed(); }));
-        connect(picker, &FaceButton::released, this, Guarded([this] { editor_.PickerReleased(); }));
-    }
+    connect(w.imgPicker, &FaceButton::pressed, this, Guarded([this] { editor_.PickerPressed(); }));
+    connect(w.imgPicker, &FaceButton::released, this, Guarded([this] { editor_.PickerReleased(); }));
 }
 
-// Typing goes straight into the document; the view only rewrites a box that differs.
+// Typing reaches the document through the editor; the view only rewrites a box that differs,
+// so the cursor and the box's own undo stay.
 void EditorController::wireTextBoxes()
 {
-    if (auto* name = window_.findChild<QLineEdit*>(QStringLiteral("txtSkinName"))) {
-        connect(name, &QLineEdit::textEdited, this,
-                [this](const QString& text) { Guard([&] { editor_.Document().SetSkinName(text.toStdString()); }); });
-    }
-    if (auto* author = window_.findChild<QLineEdit*>(QStringLiteral("txtSkinAuthor"))) {
-        connect(author, &QLineEdit::textEdited, this,
-                [this](const QString& text) { Guard([&] { editor_.Document().SetSkinAuthor(text.toStdString()); }); });
-    }
+    const MainWidgets& w = window_.widgets();
+    connect(w.txtSkinName, &QLineEdit::textEdited, this,
+            [this](const QString& text) { Guard([&] { editor_.SetSkinName(text.toStdString()); }); });
+    connect(w.txtSkinAuthor, &QLineEdit::textEdited, this,
+            [this](const QString& text) { Guard([&] { editor_.SetSkinAuthor(text.toStdString()); }); });
 }
 
-// The hooks stay with the window; they do nothing once this controller is gone.
-void EditorController::wireHooks()
+void EditorController::wireSignals()
 {
-    const QPointer<EditorController> self(this);
-    window_.setTimerTick([self](EditorTimer timer) {
-        if (self == nullptr) return;
+    connect(&window_.qtPlatform(), &QtPlatform::timerTicked, this, [this](EditorTimer timer) {
         Guard([&] {
             if (timer == EditorTimer::MoveObject) {
-                self->editor_.MoveTimerTick();
+                editor_.MoveTimerTick();
             } else {
-                self->editor_.SampleScreenColour();
+                editor_.SampleScreenColour();
             }
         });
     });
-    window_.setLoadSkin([self] {
-        if (self != nullptr) Guard([&] { LoadSkin(self->editor_, self->window_.platform()); });
-    });
+    connect(&window_, &FrmSkinCreator::loadSkinRequested, this,
+            Guarded([this] { LoadSkin(editor_, window_.platform()); }));
 }
 
 bool EditorController::eventFilter(QObject* watched, QEvent* event)
@@ -117,7 +109,7 @@ bool EditorController::eventFilter(QObject* watched, QEvent* event)
     bool taken = false;
     Guard([&] {
         for (SkinSide side : kSides) {
-            if (watched == pictures_[SideIndex(side)]) {
+            if (watched == view_.frame(side)) {
                 taken = pictureMouseEvent(side, event);
                 return;
             }

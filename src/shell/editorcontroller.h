@@ -37,14 +37,13 @@ protected:
 private:
     void wireButtons();
     void wireTextBoxes();
-    void wireHooks();
+    void wireSignals();
     bool pictureMouseEvent(SkinSide side, QEvent* event);
     bool elementMouseEvent(QWidget& element, QEvent* event);
 
     FrmSkinCreator& window_;
     QtSurfaceView view_;
     Editor editor_;
-    std::array<QLabel*, 2> pictures_{};
 };
 
 }  // namespace skin

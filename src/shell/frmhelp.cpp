@@ -144,7 +144,7 @@ void FrmHelp::Form_Load()
 {
     // The frame is gone and the window stays on top through its flags.
     setFixedSize(Px(kHelpWidth), Px(kHelpHeight));
-    findChild<QLabel*>(QStringLiteral("lblFooter"))->setText(FooterText());
+    footer_->setText(FooterText());
 }
 
 QString FrmHelp::FooterText()
@@ -235,10 +235,10 @@ void FrmHelp::buildStrips()
 
     QWidget* footer = Strip(this, "picFooter", {-15, 3765, 10215, 315});
     MoveArea(footer, 3, {0, 0, 10215, 300});
-    QLabel* text = InkLabel(QString(), footer, kTahomaBold, Qt::black);
-    text->setObjectName(QStringLiteral("lblFooter"));
-    text->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    text->setGeometry(Px(825), Px(45), Px(8520), footer->height() - Px(45));
+    footer_ = InkLabel(QString(), footer, kTahomaBold, Qt::black);
+    footer_->setObjectName(QStringLiteral("lblFooter"));
+    footer_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    footer_->setGeometry(Px(825), Px(45), Px(8520), footer->height() - Px(45));
 
     for (const auto& [name, left, top] : {std::tuple{"picLeftEdge", -120, 30}, std::tuple{"picRightEdge", 10155, -15}}) {
         QWidget* edge = Strip(this, name, {left, top, 150, 3945});

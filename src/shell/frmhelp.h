@@ -5,6 +5,8 @@
 #include <QString>
 #include <QWidget>
 
+class QLabel;
+
 namespace skin {
 
 class FrmHelp : public QWidget {
@@ -30,6 +32,8 @@ private:
     void Form_Load();
     void buildStrips();
     void buildSteps();
+
+    QLabel* footer_ = nullptr;  // lblFooter
 };
 
 }  // namespace skin

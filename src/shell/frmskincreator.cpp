@@ -7,12 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QTimer>
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <tuple>
 #include <utility>
 
 #include "art.h"
@@ -30,28 +25,22 @@ namespace {
 
 constexpr int kWindowWidth = 11880;  // twips
 constexpr int kWindowHeight = 6140;
-constexpr int kMoveObjectInterval = 50;  // ms
-constexpr int kScreenColourInterval = 1;
-
-// The eight members of the button-face family swap faces themselves; the arrow pad, lock,
-// picker and colour switches show the faces their owners choose.
-constexpr std::array kFaceFamily{"cmdCreateSkinPackage", "imgSendClear", "imgSendLoad", "imgColorSelect",
-                                 "imgReceiveClear",      "imgReceiveLoad", "imgClose",  "imgMin"};
-constexpr std::array kOwnFaceButtons{"imgArrMove0", "imgArrMove1", "imgArrMove2", "imgArrMove3",
-                                     "imgLock",     "imgPicker",   "imgText",     "imgMap"};
 
 }  // namespace
 
 FrmSkinCreator::FrmSkinCreator(QWidget* parent)
-    : QWidget(parent), ownPlatform_(std::make_unique<QtPlatform>(*this)), platform_(ownPlatform_.get()), mover_(this)
+    : QWidget(parent),
+      widgets_(BuildMainElements(this)),
+      ownPlatform_(std::make_unique<QtPlatform>(*this, widgets_)),
+      platform_(ownPlatform_.get()),
+      mover_(this)
 {
     setObjectName(QStringLiteral("frmSkinCreator"));
     setWindowTitle(QStringLiteral("Brindleway Skin Framewright"));
     setWindowIcon(WindowIcon());
-    BuildMainElements(this);
     buildOptions();
-    buildTimers();
     wireButtons();
+    connect(ownPlatform_.get(), &QtPlatform::mainWindowAnewRequested, this, &FrmSkinCreator::showAnew);
     Form_Load();
 }
 
@@ -66,11 +55,6 @@ void FrmSkinCreator::setPlatform(Platform* platform)
     platform_ = platform != nullptr ? platform : ownPlatform_.get();
 }
 
-FaceButton* FrmSkinCreator::faceButton(const char* name) const
-{
-    return findChild<FaceButton*>(QString::fromUtf8(name));
-}
-
 void FrmSkinCreator::Form_Load()
 {
     // StripWindowFrame: no caption, border or boxes; the window keeps its task-bar entry.
@@ -83,8 +67,8 @@ void FrmSkinCreator::Form_Load()
 // Selecting item 0 runs the list's handler, which does nothing for it.
 void FrmSkinCreator::selectFirstOption()
 {
-    options_->setCurrentIndex(-1);
-    options_->setCurrentIndex(kOptionSelect);
+    widgets_.cboOptions->setCurrentIndex(-1);
+    widgets_.cboOptions->setCurrentIndex(kOptionSelect);
 }
 
 // The window as if unloaded and loaded again, once the editor behind it has started anew.
@@ -95,7 +79,7 @@ void FrmSkinCreator::showAnew()
     selectFirstOption();
     centreOnScreen();
     activateWindow();
-    findChild<QLineEdit*>(QStringLiteral("txtSkinName"))->setFocus();  // first in the tab order
+    widgets_.txtSkinName->setFocus();  // first in the tab order
 }
 
 void FrmSkinCreator::centreOnScreen()
@@ -112,59 +96,45 @@ void FrmSkinCreator::centreOnScreen()
 // handler too; an activation that follows a change does not run it twice.
 void FrmSkinCreator::buildOptions()
 {
-    options_ = findChild<QComboBox*>(QStringLiteral("cboOptions"));
-    options_->addItems(OptionItems());
-    options_->installEventFilter(this);
-    connect(options_, &QComboBox::currentIndexChanged, this, [this] {
+    QComboBox* options = widgets_.cboOptions;
+    options->addItems(OptionItems());
+    options->installEventFilter(this);
+    connect(options, &QComboBox::currentIndexChanged, this, [this] {
         optionChangedSinceInput_ = true;
         cboOptions_Click();
     });
-    connect(options_, &QComboBox::activated, this, [this] {
+    connect(options, &QComboBox::activated, this, [this] {
         if (!std::exchange(optionChangedSinceInput_, false)) cboOptions_Click();
     });
 
-    auto* txtSkinName = findChild<QLineEdit*>(QStringLiteral("txtSkinName"));
-    auto* txtSkinAuthor = findChild<QLineEdit*>(QStringLiteral("txtSkinAuthor"));
-    setTabOrder(txtSkinName, txtSkinAuthor);
-    setTabOrder(txtSkinAuthor, options_);
-    txtSkinName->setFocus();
+    setTabOrder(widgets_.txtSkinName, widgets_.txtSkinAuthor);
+    setTabOrder(widgets_.txtSkinAuthor, options);
+    widgets_.txtSkinName->setFocus();
 
-    findChild<QLabel*>(QStringLiteral("lblCopyRight"))->installEventFilter(this);
+    widgets_.lblCopyRight->installEventFilter(this);
 }
 
-void FrmSkinCreator::buildTimers()
-{
-    for (const auto& [name, interval, timer] :
-         {std::tuple{"timMoveObject", kMoveObjectInterval, EditorTimer::MoveObject},
-          std::tuple{"tmrScreenColor", kScreenColourInterval, EditorTimer::ScreenColour}}) {
-        auto* ticker = new QTimer(this);
-        ticker->setObjectName(QString::fromUtf8(name));
-        ticker->setInterval(interval);
-        const EditorTimer which = timer;
-        connect(ticker, &QTimer::timeout, this, Guarded([this, which] {
-            if (timerTick_) timerTick_(which);
-        }));
-    }
-}
-
+// The eight members of the button-face family swap faces themselves; the arrow pad, lock,
+// picker and colour switches show the faces the view gives them.
 void FrmSkinCreator::wireButtons()
 {
-    for (const char* name : kFaceFamily) faceButton(name)->setAutoFace(true);
-    for (const char* name : kOwnFaceButtons) faceButton(name)->setAutoFace(false);
-    connect(faceButton("imgMin"), &FaceButton::clicked, this, &FrmSkinCreator::imgMin_Click);
-    connect(faceButton("imgClose"), &FaceButton::clicked, this, &FrmSkinCreator::imgClose_Click);
+    for (FaceButton* member : widgets_.FaceFamily()) member->setAutoFace(true);
+    for (FaceButton* own : widgets_.imgArrMove) own->setAutoFace(false);
+    for (FaceButton* own : {widgets_.imgLock, widgets_.imgPicker, widgets_.imgText, widgets_.imgMap}) {
+        own->setAutoFace(false);
+    }
+    connect(widgets_.imgMin, &FaceButton::clicked, this, &FrmSkinCreator::imgMin_Click);
+    connect(widgets_.imgClose, &FaceButton::clicked, this, &FrmSkinCreator::imgClose_Click);
 }
 
 void FrmSkinCreator::cboOptions_Click()
 {
     // Every failing step is skipped: nothing from here reaches the designer.
     Guard([this] {
-        const int index = options_->currentIndex();
+        const int index = widgets_.cboOptions->currentIndex();
         switch (index) {
         case kOptionHelp: showHelp(); break;
-        case kOptionLoadSkin:
-            if (loadSkin_) loadSkin_();
-            break;
+        case kOptionLoadSkin: emit loadSkinRequested(); break;
         case kOptionSkinCenter:
         case kOptionVisitBrindleway:
         case kOptionVisitOstervale: openPage(index); break;
@@ -202,13 +172,7 @@ void FrmSkinCreator::imgMin_Click()
 
 void FrmSkinCreator::imgClose_Click()
 {
-    if (endProgram_) {
-        endProgram_();
-        return;
-    }
-    // At once: nothing is asked or saved, and no further event of any window runs.
-    std::fflush(nullptr);
-    std::_Exit(EXIT_SUCCESS);
+    emit endProgramRequested();
 }
 
 void FrmSkinCreator::paintEvent(QPaintEvent*)
@@ -237,17 +201,17 @@ void FrmSkinCreator::mouseReleaseEvent(QMouseEvent* event)
 bool FrmSkinCreator::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
-    if (watched == options_ && type == QEvent::Wheel) {
+    if (watched == widgets_.cboOptions && type == QEvent::Wheel) {
         // A wheel turned over the closed list would step through its items and run each one
         // (the help window, the load dialog, the browser): it changes nothing. The open list's
         // pop-up is another widget and scrolls as usual.
         return true;
     }
-    if (watched == options_ && (type == QEvent::MouseButtonPress || type == QEvent::KeyPress)) {
+    if (watched == widgets_.cboOptions && (type == QEvent::MouseButtonPress || type == QEvent::KeyPress)) {
         optionChangedSinceInput_ = false;
-    } else if (watched->objectName() == QLatin1String("lblCopyRight") && type == QEvent::MouseButtonPress) {
+    } else if (watched == widgets_.lblCopyRight && type == QEvent::MouseButtonPress) {
         return true;  // the link takes its own presses, so no window drag starts on it
-    } else if (watched->objectName() == QLatin1String("lblCopyRight") && type == QEvent::MouseButtonRelease) {
+    } else if (watched == widgets_.lblCopyRight && type == QEvent::MouseButtonRelease) {
         const auto* release = static_cast<QMouseEvent*>(event);
         const auto* label = static_cast<QWidget*>(watched);
         if (release->button() == Qt::LeftButton && label->rect().contains(release->position().toPoint())) {

@@ -1,16 +1,17 @@
 #pragma once
 // frmSkinCreator: the frameless main window. It builds its elements from the inventory
 // table, runs the start-up step, moves with a drag on its bare background, runs the
-// button-face family and the options list, and owns the help window and the two timers.
-// What the other operations do is plugged in through the hooks below.
+// button-face family and the options list, and owns the help window and its platform
+// adapter. What the editing operations do is wired from outside, through its element
+// handles and its signals.
 
 #include <QPointer>
 #include <QWidget>
 
-#include <functional>
 #include <memory>
 
 #include "frmhelp.h"
+#include "mainlayout.h"
 #include "platform.h"
 #include "windowmover.h"
 
@@ -18,7 +19,6 @@ class QComboBox;
 
 namespace skin {
 
-class FaceButton;
 class QtPlatform;
 
 class FrmSkinCreator : public QWidget {
@@ -34,15 +34,8 @@ public:
     QtPlatform& qtPlatform() { return *ownPlatform_; }
     void setPlatform(Platform* platform);
 
-    // Hooks. loadSkin: options item 2. timerTick: each tick of timMoveObject or tmrScreenColor.
-    // startEditor: start-up steps 3 and 4 (box counts and TextFieldBox back to their start).
-    // endProgram: imgClose; by default the process ends at once.
-    void setLoadSkin(std::function<void()> hook) { loadSkin_ = std::move(hook); }
-    void setTimerTick(std::function<void(EditorTimer)> hook) { timerTick_ = std::move(hook); }
-    void setEndProgram(std::function<void()> hook) { endProgram_ = std::move(hook); }
-
-    FaceButton* faceButton(const char* name) const;
-    QComboBox* options() const { return options_; }
+    const MainWidgets& widgets() const { return widgets_; }
+    QComboBox* options() const { return widgets_.cboOptions; }
     FrmHelp* helpWindow() const { return help_; }
     void centreOnScreen();
     // Start-up: frame removed, fixed size, item 0 of the options list. The editor behind the
@@ -52,6 +45,12 @@ public:
     // centred on the screen, focus on the first field, as a newly loaded window. An open help
     // window stays open.
     void showAnew();
+
+signals:
+    // Options item 2, "[Load a Skin to Edit]".
+    void loadSkinRequested();
+    // imgClose clicked: the program is to end at once (the program connects it).
+    void endProgramRequested();
 
 public slots:
     void cboOptions_Click();
@@ -70,19 +69,15 @@ protected:
 private:
     void buildOptions();
     void selectFirstOption();
-    void buildTimers();
     void wireButtons();
     void openPage(int index);
 
+    MainWidgets widgets_;
     std::unique_ptr<QtPlatform> ownPlatform_;
     Platform* platform_;
-    QComboBox* options_ = nullptr;
     QPointer<FrmHelp> help_;
     WindowMover mover_;
     bool optionChangedSinceInput_ = false;  // see cboOptions' wiring in buildOptions
-    std::function<void()> loadSkin_;
-    std::function<void(EditorTimer)> timerTick_;
-    std::function<void()> endProgram_;
 };
 
 }  // namespace skin

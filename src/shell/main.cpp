@@ -2,6 +2,9 @@
 
 #include <QApplication>
 
+#include <cstdio>
+#include <cstdlib>
+
 #include "editorcontroller.h"
 #include "frmskincreator.h"
 #include "slotguard.h"
@@ -32,6 +35,12 @@ int main(int argc, char* argv[])
 
     skin::FrmSkinCreator window;
     new skin::EditorController(window);  // owned by the window
+    // The close button ends the program at once: nothing is asked or saved, and no further
+    // event of any window runs.
+    QObject::connect(&window, &skin::FrmSkinCreator::endProgramRequested, [] {
+        std::fflush(nullptr);
+        std::_Exit(EXIT_SUCCESS);
+    });
     window.centreOnScreen();
     window.show();
     return QApplication::exec();

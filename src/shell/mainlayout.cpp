@@ -8,8 +8,11 @@
 #include <QPalette>
 
 #include <array>
+#include <map>
+#include <string_view>
 
 #include "art.h"
+#include "editorsurface.h"
 #include "facebutton.h"
 
 namespace skin {
@@ -184,8 +187,9 @@ QWidget* MakeElement(const ElementRow& row, QWidget* window)
 }
 
 // mnuObjectName ("OjectName") is never shown itself; it keeps the two pop-up name menus.
-void BuildNameMenus(QWidget* window)
+std::array<QMenu*, 2> BuildNameMenus(QWidget* window)
 {
+    std::array<QMenu*, 2> built{};
     auto* parentMenu = new QMenu(QStringLiteral("OjectName"), window);
     parentMenu->setObjectName(QStringLiteral("mnuObjectName"));
     struct MenuSpec {
@@ -211,7 +215,20 @@ void BuildNameMenus(QWidget* window)
         menu->addSeparator();
         QAction* cancel = menu->addAction(QStringLiteral("Cancel"));
         cancel->setObjectName(QString::fromUtf8(menuRow.cancelName));
+        built[SideIndex(menuRow.side)] = menu;
     }
+    return built;
+}
+
+// The element the table built under `name`, as its kind; the table and the handles are made
+// for each other, so a missing or mistyped one is a programming error.
+template <typename T>
+T* Built(const std::map<std::string_view, QWidget*>& built, std::string_view name)
+{
+    const auto found = built.find(name);
+    T* element = found == built.end() ? nullptr : qobject_cast<T*>(found->second);
+    Q_ASSERT_X(element != nullptr, "BuildMainElements", "element missing from the inventory");
+    return element;
 }
 
 }  // namespace
@@ -221,10 +238,18 @@ std::span<const ElementRow> MainElements()
     return kElements;
 }
 
-void BuildMainElements(QWidget* window)
+std::array<FaceButton*, 8> MainWidgets::FaceFamily() const
 {
+    return {cmdCreateSkinPackage, clearButtons[0], loadButtons[0], imgColorSelect,
+            clearButtons[1],      loadButtons[1],  imgClose,       imgMin};
+}
+
+MainWidgets BuildMainElements(QWidget* window)
+{
+    std::map<std::string_view, QWidget*> built;
     for (const ElementRow& row : kElements) {
         QWidget* element = MakeElement(row, window);
+        built[row.name] = element;
         element->setObjectName(QString::fromUtf8(row.name));
         element->setGeometry(TwipsRect(row.left, row.top, row.width, row.height));
         element->setToolTip(QString::fromUtf8(row.tooltip));
@@ -232,7 +257,35 @@ void BuildMainElements(QWidget* window)
         if (row.kind == ElementKind::Caption) FitCaption(*static_cast<QLabel*>(element));
         if (*row.tag != '\0') element->setProperty("tag", QString::fromUtf8(row.tag));
     }
-    BuildNameMenus(window);
+
+    MainWidgets w;
+    w.cboOptions = Built<QComboBox>(built, "cboOptions");
+    w.lblCopyRight = Built<QLabel>(built, "lblCopyRight");
+    w.imgMin = Built<FaceButton>(built, "imgMin");
+    w.imgClose = Built<FaceButton>(built, "imgClose");
+    w.pictureFrames = {Built<QLabel>(built, "imgSend"), Built<QLabel>(built, "imgRecieve")};
+    w.loadButtons = {Built<FaceButton>(built, "imgSendLoad"), Built<FaceButton>(built, "imgReceiveLoad")};
+    w.clearButtons = {Built<FaceButton>(built, "imgSendClear"), Built<FaceButton>(built, "imgReceiveClear")};
+    w.txtSkinName = Built<QLineEdit>(built, "txtSkinName");
+    w.txtSkinAuthor = Built<QLineEdit>(built, "txtSkinAuthor");
+    w.cmdCreateSkinPackage = Built<FaceButton>(built, "cmdCreateSkinPackage");
+    w.imgText = Built<FaceButton>(built, "imgText");
+    w.imgMap = Built<FaceButton>(built, "imgMap");
+    w.imgPicker = Built<FaceButton>(built, "imgPicker");
+    w.imgColorSelect = Built<FaceButton>(built, "imgColorSelect");
+    w.picPreView = Built<QLabel>(built, "picPreView");
+    w.imgArrMove = {Built<FaceButton>(built, "imgArrMove0"), Built<FaceButton>(built, "imgArrMove1"),
+                    Built<FaceButton>(built, "imgArrMove2"), Built<FaceButton>(built, "imgArrMove3")};
+    w.imgLock = Built<FaceButton>(built, "imgLock");
+    w.lblCurrSel = Built<QLabel>(built, "lblCurrSel");
+    w.picLoading = Built<QWidget>(built, "picLoading");
+    w.picCreating = Built<QWidget>(built, "picCreating");
+    for (int f = 0; f < kTextFields; ++f) {
+        w.fieldLabels[f] = Built<QLabel>(built, LabelName(static_cast<TextField>(f)));
+    }
+    w.firstBoxes = {Built<QLabel>(built, "imgObjectBox0"), Built<QLabel>(built, "imgRObjectBox0")};
+    w.nameMenus = BuildNameMenus(window);
+    return w;
 }
 
 }  // namespace skin

@@ -1,14 +1,21 @@
 #pragma once
 // The element inventory of the main window, one row per element, and the code that builds
-// the widgets from it. Every widget takes its element name as its objectName.
+// the widgets from it and hands them back by their kind. Every widget takes its element name
+// as its objectName (for tests and tools); the program itself holds the handles.
 
 #include <QRgb>
 
+#include <array>
 #include <optional>
 #include <span>
 
 #include "elementfont.h"
+#include "skindocument.h"
 
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
 class QWidget;
 
 namespace skin {
@@ -42,8 +49,41 @@ struct ElementRow {
 
 std::span<const ElementRow> MainElements();
 
+class FaceButton;
+
+// The main window's elements, as built. Arrays of two are by SideIndex, the labels by
+// TextField order.
+struct MainWidgets {
+    QComboBox* cboOptions = nullptr;
+    QLabel* lblCopyRight = nullptr;
+    FaceButton* imgMin = nullptr;
+    FaceButton* imgClose = nullptr;
+    std::array<QLabel*, 2> pictureFrames{};  // imgSend, imgRecieve
+    std::array<FaceButton*, 2> loadButtons{};   // imgSendLoad, imgReceiveLoad
+    std::array<FaceButton*, 2> clearButtons{};  // imgSendClear, imgReceiveClear
+    QLineEdit* txtSkinName = nullptr;
+    QLineEdit* txtSkinAuthor = nullptr;
+    FaceButton* cmdCreateSkinPackage = nullptr;
+    FaceButton* imgText = nullptr;
+    FaceButton* imgMap = nullptr;
+    FaceButton* imgPicker = nullptr;
+    FaceButton* imgColorSelect = nullptr;
+    QLabel* picPreView = nullptr;
+    std::array<FaceButton*, 4> imgArrMove{};
+    FaceButton* imgLock = nullptr;
+    QLabel* lblCurrSel = nullptr;
+    QWidget* picLoading = nullptr;
+    QWidget* picCreating = nullptr;
+    std::array<QLabel*, kTextFields> fieldLabels{};
+    std::array<QLabel*, 2> firstBoxes{};  // imgObjectBox0, imgRObjectBox0
+    std::array<QMenu*, 2> nameMenus{};    // mnuSend, mnuRecieve
+
+    // The eight members of the button-face family, which swap their faces themselves.
+    std::array<FaceButton*, 8> FaceFamily() const;
+};
+
 // Creates every element of the table on the window, plus the hidden name menus.
-void BuildMainElements(QWidget* window);
+MainWidgets BuildMainElements(QWidget* window);
 
 // The caption label of a busy panel ("lblLoading" inside "picLoading", "lblCreating" inside
 // "picCreating").

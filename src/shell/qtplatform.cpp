@@ -17,8 +17,6 @@
 
 
 #include "art.h"
-#include "frmskincreator.h"
-#include "mainlayout.h"
 #include "packagesupport.h"
 #include "qtcolour.h"
 
@@ -46,9 +44,15 @@ QString BareDescription(QString description)
     return description;
 }
 
-const char* TimerName(EditorTimer timer)
+constexpr int kMoveObjectInterval = 50;  // ms
+constexpr int kScreenColourInterval = 1;
+
+QTimer* MakeTimer(QObject* owner, const char* name, int interval)
 {
-    return timer == EditorTimer::MoveObject ? "timMoveObject" : "tmrScreenColor";
+    auto* timer = new QTimer(owner);
+    timer->setObjectName(QString::fromUtf8(name));
+    timer->setInterval(interval);
+    return timer;
 }
 
 }  // namespace
@@ -68,6 +72,19 @@ QStringList ToQtNameFilters(const std::string& filter)
                        QLatin1Char(')');
     }
     return filters;
+}
+
+QtPlatform::QtPlatform(QWidget& mainWindow, const MainWidgets& widgets)
+    : QObject(&mainWindow),
+      window_(mainWindow),
+      widgets_(widgets),
+      inputBlocker_(mainWindow),
+      pixelSource_(mainWindow)
+{
+    moveObject_ = MakeTimer(this, "timMoveObject", kMoveObjectInterval);
+    screenColour_ = MakeTimer(this, "tmrScreenColor", kScreenColourInterval);
+    connect(moveObject_, &QTimer::timeout, this, [this] { emit timerTicked(EditorTimer::MoveObject); });
+    connect(screenColour_, &QTimer::timeout, this, [this] { emit timerTicked(EditorTimer::ScreenColour); });
 }
 
 QtPlatform::~QtPlatform()
@@ -151,8 +168,7 @@ std::optional<OleColour> QtPlatform::ChooseColour(OleColour initial)
 
 std::optional<AreaKind> QtPlatform::ShowNameMenu(SkinSide side, const std::array<bool, kAreaKinds>& enabled)
 {
-    auto* menu = window_.findChild<QMenu*>(side == SkinSide::Send ? QStringLiteral("mnuSend")
-                                                                  : QStringLiteral("mnuRecieve"));
+    QMenu* menu = widgets_.nameMenus[side == SkinSide::Send ? 0 : 1];
     if (menu == nullptr) return std::nullopt;
     for (QAction* item : menu->actions()) {
         const QVariant kind = item->data();
@@ -184,8 +200,7 @@ void QtPlatform::SetMainWindowInput(bool enabled)
 
 void QtPlatform::ShowBusyPanel(BusyPanel panel, bool visible)
 {
-    QWidget* shown = window_.findChild<QWidget*>(panel == BusyPanel::Loading ? QStringLiteral("picLoading")
-                                                                            : QStringLiteral("picCreating"));
+    QWidget* shown = panel == BusyPanel::Loading ? widgets_.picLoading : widgets_.picCreating;
     if (shown == nullptr) return;
     shown->setVisible(visible);
     if (visible) shown->raise();
@@ -198,44 +213,45 @@ void QtPlatform::ProcessPendingEvents()
 
 void QtPlatform::FocusTextBox(TextBox box)
 {
-    auto* field = window_.findChild<QLineEdit*>(box == TextBox::SkinName ? QStringLiteral("txtSkinName")
-                                                                        : QStringLiteral("txtSkinAuthor"));
+    QLineEdit* field = box == TextBox::SkinName ? widgets_.txtSkinName : widgets_.txtSkinAuthor;
     if (field != nullptr) field->setFocus(Qt::OtherFocusReason);
 }
 
 void QtPlatform::ShowMainWindowAnew()
 {
-    if (auto* window = qobject_cast<FrmSkinCreator*>(&window_)) window->showAnew();
+    emit mainWindowAnewRequested();
 }
 
-bool QtPlatform::LoadPicture(SkinSide side, const std::string& path)
+PictureId QtPlatform::LoadPicture(SkinSide side, const std::string& path)
 {
-    auto* frame = window_.findChild<QLabel*>(side == SkinSide::Send ? QStringLiteral("imgSend")
-                                                                    : QStringLiteral("imgRecieve"));
-    if (frame == nullptr) return false;
     QImageReader reader(Q(path));
     // Shown as stored, as the client draws it: turning a photo by its orientation tag would
     // put the areas drawn on it somewhere else in the client's window.
     reader.setAutoTransform(false);
     const QImage image = reader.read();
-    if (image.isNull()) return false;
+    if (image.isNull()) return kNoPicture;
     // Stretched to fill the frame exactly, in device pixels so that it stays sharp.
-    const qreal ratio = frame->devicePixelRatioF();
-    QPixmap shown = QPixmap::fromImage(image.scaled(frame->size() * ratio, Qt::IgnoreAspectRatio,
-                                                    Qt::SmoothTransformation));
-    shown.setDevicePixelRatio(ratio);
-    frame->setPixmap(shown);
-    return true;
+    const QLabel& frame = *widgets_.pictureFrames[side == SkinSide::Send ? 0 : 1];
+    const qreal ratio = frame.devicePixelRatioF();
+    QPixmap prepared =
+        QPixmap::fromImage(image.scaled(frame.size() * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    prepared.setDevicePixelRatio(ratio);
+    return pictures_.add(std::move(prepared));
 }
 
-void QtPlatform::StartTimer(EditorTimer timer)
+QTimer* QtPlatform::timer(EditorTimer which) const
 {
-    if (auto* ticker = window_.findChild<QTimer*>(QString::fromUtf8(TimerName(timer)))) ticker->start();
+    return which == EditorTimer::MoveObject ? moveObject_ : screenColour_;
 }
 
-void QtPlatform::StopTimer(EditorTimer timer)
+void QtPlatform::StartTimer(EditorTimer which)
 {
-    if (auto* ticker = window_.findChild<QTimer*>(QString::fromUtf8(TimerName(timer)))) ticker->stop();
+    timer(which)->start();
+}
+
+void QtPlatform::StopTimer(EditorTimer which)
+{
+    timer(which)->stop();
 }
 
 std::optional<OleColour> QtPlatform::ScreenPixelAtPointer()

@@ -1,18 +1,21 @@
 #pragma once
-// The Platform of the running program: Qt's message boxes, file and colour dialogs, the
-// name menus, the busy indications, picture loading into the side frames, the two editor
-// timers, the screen pixel under the pointer and the desktop's web browser. Every element
-// it touches is a child of the main window, found by its element name.
+// QtPlatform answers the core's requests of the desktop with Qt: modal boxes, dialogs and
+// menus, the busy state, reading pictures, the two editor timers, the screen pixel and web
+// pages. It shows no model state: the view paints the widgets.
 
+#include <QObject>
 #include <QStringList>
 
 #include <optional>
 #include <string>
 
 #include "inputblocker.h"
+#include "mainlayout.h"
+#include "picturestore.h"
 #include "platform.h"
 #include "screenpixelsource.h"
 
+class QTimer;
 class QWidget;
 
 namespace skin {
@@ -21,11 +24,16 @@ namespace skin {
 // A pattern "*.*" becomes "*", so that files without an extension are listed too.
 QStringList ToQtNameFilters(const std::string& filter);
 
-class QtPlatform : public Platform {
+class QtPlatform : public QObject, public Platform {
+    Q_OBJECT
+
 public:
-    explicit QtPlatform(QWidget& mainWindow)
-        : window_(mainWindow), inputBlocker_(mainWindow), pixelSource_(mainWindow) {}
+    // `widgets` are the main window's elements that the busy state, the name menus and the
+    // focus requests use; dialogs and message boxes open over `mainWindow`.
+    QtPlatform(QWidget& mainWindow, const MainWidgets& widgets);
     ~QtPlatform() override;
+
+    const PictureStore& pictures() const { return pictures_; }
 
     LocalDateTime Now() override;
     std::string TempFolder() override;
@@ -44,7 +52,7 @@ public:
     void FocusTextBox(TextBox box) override;
     void ShowMainWindowAnew() override;
 
-    bool LoadPicture(SkinSide side, const std::string& path) override;
+    PictureId LoadPicture(SkinSide side, const std::string& path) override;
 
     void StartTimer(EditorTimer timer) override;
     void StopTimer(EditorTimer timer) override;
@@ -55,12 +63,23 @@ public:
 
     void OpenWebPage(const std::string& url) override;
 
+signals:
+    // timMoveObject (50 ms) or tmrScreenColor (1 ms) ticked.
+    void timerTicked(skin::EditorTimer timer);
+    // The core has started anew: the window is to show itself as newly loaded.
+    void mainWindowAnewRequested();
+
 private:
     std::optional<FileChoice> runFileDialog(const FileDialogSettings& settings, bool save);
+    QTimer* timer(EditorTimer which) const;
 
     QWidget& window_;
+    MainWidgets widgets_;
     InputBlocker inputBlocker_;
     ScreenPixelSource pixelSource_;
+    PictureStore pictures_;
+    QTimer* moveObject_ = nullptr;   // timMoveObject
+    QTimer* screenColour_ = nullptr; // tmrScreenColor
     bool hourglass_ = false;      // each indication pushes one override cursor; keep them paired
     bool pickerPointer_ = false;
 };

@@ -72,31 +72,18 @@ void FitHatch(QLabel& box)
 
 }  // namespace
 
-QtSurfaceView::QtSurfaceView(QWidget& window, QObject* elementFilter) : window_(window), elementFilter_(elementFilter)
+QtSurfaceView::QtSurfaceView(QWidget& window, const MainWidgets& widgets, const PictureStore& pictures,
+                             QObject* elementFilter)
+    : window_(window), widgets_(widgets), pictures_(pictures), elementFilter_(elementFilter)
 {
     for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
-        frames_[SideIndex(side)] = window_.findChild<QLabel*>(Q(PictureFrameName(side)));
         ensureBoxWidget(side, 0);  // box 0 is part of the window from the start
     }
-    for (int f = 0; f < kTextFields; ++f) {
-        QLabel* label = window_.findChild<QLabel*>(Q(LabelName(static_cast<TextField>(f))));
-        labels_[f] = label;
-        if (label == nullptr) continue;
+    for (QLabel* label : widgets_.fieldLabels) {
         label->setAlignment(Qt::AlignLeft | Qt::AlignTop);  // a caption starts at the field's top-left
         if (elementFilter_ != nullptr) label->installEventFilter(elementFilter_);
     }
-    for (int i = 0; i < kArrows; ++i) {
-        arrows_[i] = window_.findChild<FaceButton*>(QStringLiteral("imgArrMove") + QString::number(i));
-    }
-    lock_ = window_.findChild<FaceButton*>(QStringLiteral("imgLock"));
-    map_ = window_.findChild<FaceButton*>(QStringLiteral("imgMap"));
-    text_ = window_.findChild<FaceButton*>(QStringLiteral("imgText"));
-    picker_ = window_.findChild<FaceButton*>(QStringLiteral("imgPicker"));
-    if (picker_ != nullptr) picker_->setToolTip(PickerTooltip(CurrentPickerReach()));
-    swatch_ = window_.findChild<QLabel*>(QStringLiteral("picPreView"));
-    currSel_ = window_.findChild<QLabel*>(QStringLiteral("lblCurrSel"));
-    skinName_ = window_.findChild<QLineEdit*>(QStringLiteral("txtSkinName"));
-    skinAuthor_ = window_.findChild<QLineEdit*>(QStringLiteral("txtSkinAuthor"));
+    widgets_.imgPicker->setToolTip(PickerTooltip(CurrentPickerReach()));
 }
 
 QLabel* QtSurfaceView::box(SkinSide side, int index) const
@@ -107,12 +94,12 @@ QLabel* QtSurfaceView::box(SkinSide side, int index) const
 
 QLabel* QtSurfaceView::label(TextField field) const
 {
-    return labels_[FieldIndex(field)].data();
+    return widgets_.fieldLabels[FieldIndex(field)];
 }
 
 QLabel* QtSurfaceView::frame(SkinSide side) const
 {
-    return frames_[SideIndex(side)].data();
+    return widgets_.pictureFrames[SideIndex(side)];
 }
 
 QLabel* QtSurfaceView::ensureBoxWidget(SkinSide side, int index)
@@ -122,7 +109,7 @@ QLabel* QtSurfaceView::ensureBoxWidget(SkinSide side, int index)
         const int next = static_cast<int>(list.size());
         const QString name = Q(BoxListName(side)) + QString::number(next);
         // Box 0 comes with the window; later ones are made like it, hidden until shown.
-        QLabel* widget = window_.findChild<QLabel*>(name, Qt::FindDirectChildrenOnly);
+        QLabel* widget = next == 0 ? widgets_.firstBoxes[SideIndex(side)] : nullptr;
         if (widget == nullptr) {
             widget = new QLabel(&window_);
             widget->setObjectName(name);
@@ -146,7 +133,7 @@ void QtSurfaceView::SurfaceChanged(const EditorSurface& surface, const SkinDocum
     mirrorStacking(surface);
     mirrorTools(surface);
     mirrorTexts(surface, document);
-    mirrorFrames(document);
+    mirrorFrames(surface);
 }
 
 void QtSurfaceView::mirrorBoxes(const EditorSurface& surface)
@@ -173,8 +160,7 @@ void QtSurfaceView::mirrorBoxes(const EditorSurface& surface)
 void QtSurfaceView::mirrorLabels(const EditorSurface& surface, const SkinDocument& document)
 {
     for (int f = 0; f < kTextFields; ++f) {
-        QLabel* widget = labels_[f];
-        if (widget == nullptr) continue;
+        QLabel* widget = widgets_.fieldLabels[f];
         const auto field = static_cast<TextField>(f);
         const LabelElement& label = surface.labels[f];
         widget->setGeometry(PixelRect(label.rect));
@@ -199,57 +185,56 @@ void QtSurfaceView::mirrorStacking(const EditorSurface& surface)
             if (QLabel* widget = box(side, static_cast<int>(i))) order.emplace_back(model[i].z, widget);
         }
     }
-    for (int f = 0; f < kTextFields; ++f) {
-        if (labels_[f] != nullptr) order.emplace_back(surface.labels[f].z, labels_[f].data());
-    }
+    for (int f = 0; f < kTextFields; ++f) order.emplace_back(surface.labels[f].z, widgets_.fieldLabels[f]);
     std::stable_sort(order.begin(), order.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<QWidget*> widgets;
     widgets.reserve(order.size());
     for (const auto& entry : order) widgets.push_back(entry.second);
     if (widgets == stacking_) return;
     for (QWidget* widget : widgets) widget->raise();
-    for (const char* panel : {"picLoading", "picCreating"}) {
-        if (auto* shown = window_.findChild<QWidget*>(QString::fromUtf8(panel))) shown->raise();
-    }
+    widgets_.picLoading->raise();
+    widgets_.picCreating->raise();
     stacking_ = std::move(widgets);
 }
 
 void QtSurfaceView::mirrorTools(const EditorSurface& surface)
 {
-    for (int i = 0; i < kArrows; ++i) ShowFace(arrows_[i], surface.arrowFaces[i]);
-    SetTagAndFace(lock_, surface.lockTag);
-    SetTagAndFace(map_, surface.mapTag);
-    SetTagAndFace(text_, surface.textTag);
-    ShowFace(picker_, surface.pickerFace);
-    if (swatch_ != nullptr) {
-        SetRoleColour(*swatch_, QPalette::Window, ToQColor(surface.swatch));
-        const QString note = surface.swatchUnread ? UnreadSwatchTooltip() : QString();
-        if (swatch_->toolTip() != note) swatch_->setToolTip(note);
-    }
+    for (int i = 0; i < kArrows; ++i) ShowFace(widgets_.imgArrMove[i], surface.arrowFaces[i]);
+    SetTagAndFace(widgets_.imgLock, surface.lockTag);
+    SetTagAndFace(widgets_.imgMap, surface.mapTag);
+    SetTagAndFace(widgets_.imgText, surface.textTag);
+    ShowFace(widgets_.imgPicker, surface.pickerFace);
+    QLabel& swatch = *widgets_.picPreView;
+    SetRoleColour(swatch, QPalette::Window, ToQColor(surface.swatch));
+    const QString note = surface.swatchUnread ? UnreadSwatchTooltip() : QString();
+    if (swatch.toolTip() != note) swatch.setToolTip(note);
 }
 
 // The text boxes are only written when they differ from the document, so the designer's
 // typing (which reaches the document first) keeps its cursor and undo history.
 void QtSurfaceView::mirrorTexts(const EditorSurface& surface, const SkinDocument& document)
 {
-    if (currSel_ != nullptr) currSel_->setText(Q(surface.currSelText));
-    for (auto [box, text] : {std::pair{skinName_.data(), &document.SkinName()},
-                             std::pair{skinAuthor_.data(), &document.SkinAuthor()}}) {
-        if (box != nullptr && box->text() != Q(*text)) box->setText(Q(*text));
+    widgets_.lblCurrSel->setText(Q(surface.currSelText));
+    for (auto [box, text] : {std::pair{widgets_.txtSkinName, &document.SkinName()},
+                             std::pair{widgets_.txtSkinAuthor, &document.SkinAuthor()}}) {
+        if (box->text() != Q(*text)) box->setText(Q(*text));
     }
 }
 
-// The platform's picture loader fills a frame; the view only empties it once the document
-// no longer names a picture for the side (a new start of the editor).
-void QtSurfaceView::mirrorFrames(const SkinDocument& document)
+// A frame shows the picture the surface names for it, or nothing.
+void QtSurfaceView::mirrorFrames(const EditorSurface& surface)
 {
     for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
-        const std::string& name = document.PictureFileName(side);
-        std::string& shown = shownPictureName_[SideIndex(side)];
-        if (name.empty() && !shown.empty()) {
-            if (QLabel* widget = frame(side)) widget->clear();
+        const PictureId picture = surface.framePictures[SideIndex(side)];
+        PictureId& shown = shownPictures_[SideIndex(side)];
+        if (picture == shown) continue;
+        const QPixmap pixmap = pictures_.get(picture);
+        if (pixmap.isNull()) {
+            frame(side)->clear();
+        } else {
+            frame(side)->setPixmap(pixmap);
         }
-        shown = name;
+        shown = picture;
     }
 }
 

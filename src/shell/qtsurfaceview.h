@@ -1,8 +1,8 @@
 #pragma once
-// The Qt view of the editor surface: mirrors the surface model and the document into the
-// main window's elements, found by their element names (twips / 15 = pixels). It creates the
-// drawing boxes beyond box 0 on first use and never destroys them; boxes past the model's
-// list are hidden. It only ever writes widgets, never the model.
+// QtSurfaceView mirrors the editor surface and the document into the main window's widgets,
+// pictures included; it is the one writer of every widget that shows the model.
+// Twips / 15 = pixels. It creates the drawing boxes beyond box 0 on first use and never
+// destroys them; boxes past the model's list are hidden. It never changes the model.
 
 #include <QPointer>
 
@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "editorsurface.h"
+#include "mainlayout.h"
+#include "picturestore.h"
 #include "surfaceview.h"
 
 class QLabel;
@@ -29,9 +31,11 @@ inline constexpr const char* kBoxIndexProperty = "boxIndex";
 
 class QtSurfaceView : public SurfaceView {
 public:
-    // `window` holds the elements of the inventory; `elementFilter`, if given, is installed on
-    // every drawing box and text-field label so that presses on them reach their owner.
-    explicit QtSurfaceView(QWidget& window, QObject* elementFilter = nullptr);
+    // `window` holds the elements of the inventory, `widgets` are their handles and `pictures`
+    // the pictures the frames show; `elementFilter`, if given, is installed on every drawing
+    // box and text-field label so that presses on them reach their owner.
+    QtSurfaceView(QWidget& window, const MainWidgets& widgets, const PictureStore& pictures,
+                  QObject* elementFilter = nullptr);
 
     void SurfaceChanged(const EditorSurface& surface, const SkinDocument& document) override;
 
@@ -47,19 +51,15 @@ private:
     void mirrorStacking(const EditorSurface& surface);
     void mirrorTools(const EditorSurface& surface);
     void mirrorTexts(const EditorSurface& surface, const SkinDocument& document);
-    void mirrorFrames(const SkinDocument& document);
+    void mirrorFrames(const EditorSurface& surface);
 
     QWidget& window_;
+    MainWidgets widgets_;
+    const PictureStore& pictures_;
     QPointer<QObject> elementFilter_;
     std::array<std::vector<QPointer<QLabel>>, 2> boxes_;
-    std::array<QPointer<QLabel>, kTextFields> labels_{};
-    std::array<QPointer<QLabel>, 2> frames_{};
-    std::array<QPointer<FaceButton>, kArrows> arrows_{};
-    QPointer<FaceButton> lock_, map_, text_, picker_;
-    QPointer<QLabel> swatch_, currSel_;
-    QPointer<QLineEdit> skinName_, skinAuthor_;
-    std::vector<QWidget*> stacking_;               // boxes and labels, back to front, as last applied
-    std::array<std::string, 2> shownPictureName_;  // the document's file name the frame last showed
+    std::vector<QWidget*> stacking_;  // boxes and labels, back to front, as last applied
+    std::array<PictureId, 2> shownPictures_{};
 };
 
 }  // namespace skin

@@ -16,7 +16,7 @@ class EditorWiringTest : public QObject {
     QLabel* widget(const char* name) const { return Child<QLabel>(window.get(), name); }
     FaceButton* button(const char* name) const { return Child<FaceButton>(window.get(), name); }
     QString currentSelection() const { return widget("lblCurrSel")->text().mid(19); }
-    SkinDocument& document() const { return controller->editor().Document(); }
+    const SkinDocument& document() const { return controller->editor().Document(); }
     QtPlatform& platform() { return window->qtPlatform(); }
 
     static void drag(QWidget* on, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton)
@@ -147,7 +147,7 @@ private slots:
         QImageReader tagged(turned);
         tagged.setAutoTransform(true);
         QVERIFY(QColor(tagged.read().pixel(20, 50)).blue() > 200);  // the tag is there
-        QVERIFY(platform().LoadPicture(SkinSide::Receive, turned.toStdString()));
+        QVERIFY(controller->editor().SetSidePicture(SkinSide::Receive, turned.toStdString(), "turned.jpg"));
         QVERIFY(QColor(widget("imgRecieve")->pixmap().toImage().pixel(20, 20)).red() > 200);
 
         QString title;  // not a picture: the message, and the frame keeps what it had
@@ -221,8 +221,7 @@ private slots:
         QTest::keyClicks(name, QStringLiteral("Blue Sky"));
         QCOMPARE(document().SkinName(), std::string("Blue Sky"));
         QCOMPARE(name->cursorPosition(), 8);
-        document().SetSkinAuthor("Ostervale");
-        controller->editor().Refresh();
+        controller->editor().SetSkinAuthor("Ostervale");
         QCOMPARE(Child<QLineEdit>(window.get(), "txtSkinAuthor")->text(), QStringLiteral("Ostervale"));
 
         QStringList filters;
@@ -246,9 +245,10 @@ private slots:
         QTemporaryDir folder;
         const QString picture = folder.filePath(QStringLiteral("p.bmp"));
         QImage(8, 8, QImage::Format_RGB32).save(picture, "BMP");
-        for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) document().SetPicture(side, "p.bmp", picture.toStdString());
-        document().SetSkinName("Fallback");
-        document().SetSkinAuthor("Ada");
+        Editor& editor = controller->editor();
+        for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) editor.SetSidePicture(side, picture.toStdString(), "p.bmp");
+        editor.SetSkinName("Fallback");
+        editor.SetSkinAuthor("Ada");
         const QByteArray kept = qgetenv("TMPDIR");
         qputenv("TMPDIR", folder.filePath(QStringLiteral("missing")).toUtf8());
         const QString package = folder.filePath(QStringLiteral("FALL.bsz"));
@@ -380,7 +380,7 @@ private slots:
         QCOMPARE(window->cursor().shape(), Qt::ArrowCursor);
 
         std::vector<EditorTimer> ticks;
-        window->setTimerTick([&](EditorTimer timer) { ticks.push_back(timer); });
+        connect(&platform(), &QtPlatform::timerTicked, this, [&](EditorTimer timer) { ticks.push_back(timer); });
         platform().StartTimer(EditorTimer::ScreenColour);
         QTRY_VERIFY(!ticks.empty());
         platform().StopTimer(EditorTimer::ScreenColour);

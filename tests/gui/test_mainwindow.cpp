@@ -36,7 +36,7 @@ private slots:
         platform = std::make_unique<FakePlatform>();
         window = std::make_unique<FrmSkinCreator>();
         window->setPlatform(platform.get());
-        window->setLoadSkin([this] { ++loadSkinCalls; });
+        connect(window.get(), &FrmSkinCreator::loadSkinRequested, this, [this] { ++loadSkinCalls; });
         window->move(100, 100);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
@@ -154,13 +154,15 @@ private slots:
             const QString tag = face->tag();
             for (Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
                 QStringList facesAtEnd;
-                window->setEndProgram([&] { facesAtEnd << face->face(); });
+                const QMetaObject::Connection ending = connect(window.get(), &FrmSkinCreator::endProgramRequested,
+                                                               this, [&] { facesAtEnd << face->face(); });
                 QTest::mousePress(face, button, Qt::ShiftModifier, QPoint(3, 3));
                 QCOMPARE(face->face(), QString(tag).replace(QStringLiteral("OFF"), QStringLiteral("ON")));
                 QVERIFY(facesAtEnd.isEmpty());
                 QTest::mouseRelease(face, button, Qt::NoModifier, QPoint(3, 3));
                 QCOMPARE(face->face(), tag);
                 QCOMPARE(face->tag(), tag);
+                disconnect(ending);
                 QCOMPARE(facesAtEnd, face->objectName() == "imgClose" && button == Qt::LeftButton ? QStringList{tag} : QStringList{});
             }
         }

@@ -115,7 +115,7 @@ private slots:
         QImage teal(40, 30, QImage::Format_RGB32);
         teal.fill(QColor(0x00, 0x80, 0x80));
         QVERIFY(teal.save(path));
-        QVERIFY(window.qtPlatform().LoadPicture(SkinSide::Receive, path.toStdString()));
+        QVERIFY(controller.editor().SetSidePicture(SkinSide::Receive, path.toStdString(), "teal.bmp"));
         QCOMPARE(read(QPoint(500, 150)), QColor(0x00, 0x80, 0x80));
         QCOMPARE(read(QPoint(-3, 200)), std::nullopt);
         QCOMPARE(read(QPoint(792, 200)), std::nullopt);

@@ -370,6 +370,9 @@ constexpr int kAheadLanes = kLanes - 1;
 constexpr std::uint64_t kSegmentBits = std::uint64_t{1} << 18;  // 32 KB of payload
 constexpr int kRecordedLookups = 256;
 constexpr std::int64_t kLanesWorthwhile = std::int64_t{1} << 20;
+// The most output one round can give: a byte per payload bit of its segments, and some.
+constexpr std::ptrdiff_t kRoundOutput = kLanes * kSegmentBits + 4 * (kMaxCodeBits + 1);
+static_assert(kRoundOutput < kLanesWorthwhile);
 // Room after the last segment for a lane's last lookups and long codes.
 constexpr std::uint64_t kTailBits = 4 * (kMaxCodeBits + 1);
 
@@ -389,18 +392,25 @@ struct AheadLane {
     unsigned char* ScratchEnd() { return scratch.data() + scratch.size(); }
 };
 
+// The speculative lanes' buffers, made once for a whole stream.
+using AheadLanes = std::array<AheadLane, kAheadLanes>;
+
+AheadLanes MakeAheadLanes() {
+    AheadLanes lanes;
+    for (AheadLane& ahead : lanes) ahead.scratch.resize(kSegmentBits + kStepRoom);
+    return lanes;
+}
+
 class LanesDecoder {
 public:
-    LanesDecoder(const LaneDecoder& table, const std::vector<TreeNode>& tree, BitReader& in)
-        : table_(table), tree_(tree), in_(in) {
-        for (AheadLane& ahead : ahead_) ahead.scratch.resize(kSegmentBits + kStepRoom);
-    }
+    LanesDecoder(const LaneDecoder& table, const std::vector<TreeNode>& tree, BitReader& in, AheadLanes& ahead)
+        : table_(table), tree_(tree), in_(in), ahead_(ahead) {}
 
-    // Decodes from `out` towards `end` until too little payload is left for a whole round;
-    // leaves the rest to the caller.
+    // Decodes from `out` towards `end` until too little payload or room is left for a whole
+    // round (whose work would be lost if the output ended inside it); leaves the rest to the caller.
     std::optional<std::string_view> Decode(unsigned char*& out, unsigned char* end) {
         const std::uint64_t payloadBits = std::uint64_t{in_.size} * kBitsPerByte;
-        while (out < end && in_.pos + kLanes * kSegmentBits + kTailBits <= payloadBits) {
+        while (end - out >= kRoundOutput && in_.pos + kLanes * kSegmentBits + kTailBits <= payloadBits) {
             if (auto error = Round(out, end)) return error;
         }
         return std::nullopt;
@@ -535,17 +545,17 @@ private:
     const LaneDecoder& table_;
     const std::vector<TreeNode>& tree_;
     BitReader& in_;
-    std::array<AheadLane, kAheadLanes> ahead_;
+    AheadLanes& ahead_;
 };
 
 // Decodes from `out` towards `end` until the reader reaches `stopBit`. A stop short of the
 // payload's end leaves room for the longest code, so a symbol begun before it ends in the payload.
-std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree, const Lookup* lookup, bool lanes,
-                                              BitReader& in, unsigned char*& out, unsigned char* end,
-                                              std::uint64_t stopBit) {
+std::optional<std::string_view> DecodeSymbols(const std::vector<TreeNode>& tree, const Lookup* lookup,
+                                              AheadLanes* lanes, BitReader& in, unsigned char*& out,
+                                              unsigned char* end, std::uint64_t stopBit) {
     if (lookup && lanes) {
         const LaneDecoder table(*lookup, in);
-        LanesDecoder decoder(table, tree, in);
+        LanesDecoder decoder(table, tree, in, *lanes);
         if (auto error = decoder.Decode(out, end)) return error;
     }
     while (out < end && in.pos < stopBit) {
@@ -783,6 +793,9 @@ he2::DecodeResult Decode(ByteSource& source, std::uint64_t size, const ByteSink&
         const std::uint64_t reachable = std::min<std::uint64_t>(static_cast<std::uint64_t>(length), payloadBits);
         const bool worthLookup = reachable >= static_cast<std::uint64_t>(kLookupWorthwhile);
         const auto lookup = worthLookup ? std::optional<Lookup>(BuildLookup(*tree)) : std::nullopt;
+        // Lanes pay for their buffers on long outputs only.
+        auto ahead = lookup && reachable >= static_cast<std::uint64_t>(kLanesWorthwhile) ? std::optional<AheadLanes>(MakeAheadLanes())
+                                                                                           : std::nullopt;
         std::vector<unsigned char> chunk;
         unsigned char* base = nullptr;
         std::size_t room = 0;
@@ -810,14 +823,16 @@ he2::DecodeResult Decode(ByteSource& source, std::uint64_t size, const ByteSink&
                 feed.Fill();
                 in = BitReader{feed.Data(), feed.Available(), in.pos % kBitsPerByte};
             }
-            if (out == base + room) {
+            // A piece ends where a round of the lanes would no longer fit, so no round is cut short.
+            const bool roundsLeft = ahead && length - produced - (out - base) >= kRoundOutput;
+            if (out == base + room || (!wholeOutput && roundsLeft && base + room - out < kRoundOutput && out != base)) {
                 if (!flush()) return {DecodeFailure::Write, {}};
                 if (produced >= static_cast<std::int64_t>(reachable)) break;
             }
             const std::uint64_t stopBit = feed.AllHere() ? UINT64_MAX : std::uint64_t{in.size} * kBitsPerByte - kWindowMargin;
             const std::int64_t wanted = length - produced - (out - base);
             unsigned char* end = out + std::min<std::int64_t>(wanted, base + room - out);
-            const bool lanes = wanted >= kLanesWorthwhile && end - out >= kLanesWorthwhile;
+            AheadLanes* lanes = ahead && end - out >= kRoundOutput ? &*ahead : nullptr;
             if (auto error = DecodeSymbols(*tree, lookup ? &*lookup : nullptr, lanes, in, out, end, stopBit)) return fail(Fail(*error));
         }
         if (out != base && !flush()) return {DecodeFailure::Write, {}};

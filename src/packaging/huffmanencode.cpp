@@ -237,12 +237,55 @@ unsigned char* EmitLongCodes(const unsigned char* in, std::size_t size, const Co
     return out;
 }
 
+// Codes of up to 56 bits, four to a flush whenever the four fit the bit buffer, which they
+// nearly always do: long codes belong to rare bytes.
+unsigned char* EmitGuardedCodes(const unsigned char* in, std::size_t size, const Codes& codes, unsigned char* out,
+                                BitState& state) {
+    const std::uint64_t* table = codes.word.data();
+    std::uint64_t buffer = state.buffer;
+    unsigned filled = state.filled;
+    auto flush = [&] {
+        StoreWord(out, buffer);
+        out += filled >> 3;
+        buffer >>= filled & ~7u;
+        filled &= 7u;
+    };
+    std::size_t i = 0;
+    for (; i + 4 <= size; i += 4) {
+        const std::uint64_t e0 = table[in[i]], e1 = table[in[i + 1]], e2 = table[in[i + 2]], e3 = table[in[i + 3]];
+        const unsigned l0 = static_cast<unsigned>(e0 >> kLengthShift), l1 = static_cast<unsigned>(e1 >> kLengthShift);
+        const unsigned l2 = static_cast<unsigned>(e2 >> kLengthShift), l3 = static_cast<unsigned>(e3 >> kLengthShift);
+        if (l0 + l1 + l2 + l3 <= static_cast<unsigned>(kWordCodeBits)) {
+            buffer |= (e0 & kCodeMask) << filled;
+            filled += l0;
+            buffer |= (e1 & kCodeMask) << filled;
+            filled += l1;
+            buffer |= (e2 & kCodeMask) << filled;
+            filled += l2;
+            buffer |= (e3 & kCodeMask) << filled;
+            filled += l3;
+            flush();
+        } else {
+            for (const std::uint64_t e : {e0, e1, e2, e3}) {
+                buffer |= (e & kCodeMask) << filled;
+                filled += static_cast<unsigned>(e >> kLengthShift);
+                flush();
+            }
+        }
+    }
+    for (; i < size; ++i) {
+        buffer |= (table[in[i]] & kCodeMask) << filled;
+        filled += static_cast<unsigned>(table[in[i]] >> kLengthShift);
+        flush();
+    }
+    state = {buffer, filled};
+    return out;
+}
+
 unsigned char* EmitPayload(const unsigned char* in, std::size_t size, const Codes& codes, unsigned char* out,
                            BitState& state) {
     if (codes.maxLength <= kWordCodeBits / 4) return EmitShortCodes<4>(in, size, codes, out, state);
-    if (codes.maxLength <= kWordCodeBits / 3) return EmitShortCodes<3>(in, size, codes, out, state);
-    if (codes.maxLength <= kWordCodeBits / 2) return EmitShortCodes<2>(in, size, codes, out, state);
-    if (codes.maxLength <= kWordCodeBits) return EmitShortCodes<1>(in, size, codes, out, state);
+    if (codes.maxLength <= kWordCodeBits) return EmitGuardedCodes(in, size, codes, out, state);
     return EmitLongCodes(in, size, codes, out, state);
 }
 
@@ -290,15 +333,20 @@ bool StreamEncoder::Plan(ByteSource& source, std::uint64_t size, bool force) {
     plan.size = size;
     plan.header.assign(kHe0Signature);
     if (size == 0) return true;
-    plan.input.resize(std::min<std::uint64_t>(size, kInputPiece) + kWordRoom);
     Counts counts{};
-    for (std::uint64_t done = 0; done < size;) {
-        const std::ptrdiff_t got =
-            source.Read(reinterpret_cast<char*>(plan.input.data()), static_cast<std::size_t>(std::min<std::uint64_t>(size - done, kInputPiece)));
-        if (got <= 0) return false;
-        const Counts piece = CountBytes(plan.input.data(), static_cast<std::size_t>(got));
-        for (int b = 0; b < kSymbols; ++b) counts[b] += piece[b];
-        done += static_cast<std::uint64_t>(got);
+    std::string_view resident;
+    if (source.InMemory(resident) && resident.size() >= size) {
+        counts = CountBytes(reinterpret_cast<const unsigned char*>(resident.data()), static_cast<std::size_t>(size));
+    } else {
+        plan.input.resize(std::min<std::uint64_t>(size, kInputPiece));
+        for (std::uint64_t done = 0; done < size;) {
+            const std::ptrdiff_t got = source.Read(reinterpret_cast<char*>(plan.input.data()),
+                                                   static_cast<std::size_t>(std::min<std::uint64_t>(size - done, kInputPiece)));
+            if (got <= 0) return false;
+            const Counts piece = CountBytes(plan.input.data(), static_cast<std::size_t>(got));
+            for (int b = 0; b < kSymbols; ++b) counts[b] += piece[b];
+            done += static_cast<std::uint64_t>(got);
+        }
     }
     const CodeTree tree = BuildTree(counts, static_cast<std::size_t>(size));
 
@@ -341,27 +389,38 @@ StreamEncoder::Result StreamEncoder::Write(ByteSource& source, const ByteSink& s
     const std::size_t piece =
         plan.stored ? kInputPiece : std::min(kInputPiece, kOutputPiece * kBitsPerByte / static_cast<std::size_t>(maxLength));
     std::vector<unsigned char> output(plan.stored ? 0 : kOutputPiece + kWordRoom);
+    // Bytes already in memory are coded in place, others through the input buffer.
+    std::string_view resident;
+    const bool inPlace = source.InMemory(resident) && resident.size() >= plan.size;
+    if (!inPlace) plan.input.resize(std::min<std::uint64_t>(plan.size, kInputPiece));
     BitState state;
     unsigned checksum = 0;
     std::uint64_t payload = 0;
     for (std::uint64_t done = 0; done < plan.size;) {
-        const std::ptrdiff_t got =
-            source.Read(reinterpret_cast<char*>(plan.input.data()), static_cast<std::size_t>(std::min<std::uint64_t>(plan.size - done, piece)));
+        const auto want = static_cast<std::size_t>(std::min<std::uint64_t>(plan.size - done, piece));
+        const unsigned char* in = plan.input.data();
+        std::ptrdiff_t got = 0;
+        if (inPlace) {
+            in = reinterpret_cast<const unsigned char*>(resident.data()) + done;
+            got = source.Skip(want) ? static_cast<std::ptrdiff_t>(want) : -1;
+        } else {
+            got = source.Read(reinterpret_cast<char*>(plan.input.data()), want);
+        }
         if (got < 0) return Result::ReadFailed;
         if (got == 0) return Result::InputChanged;
         const auto count = static_cast<std::size_t>(got);
         done += count;
-        checksum ^= XorOf(plan.input.data(), count);
-        std::string_view bytes(reinterpret_cast<const char*>(plan.input.data()), count);
+        checksum ^= XorOf(in, count);
+        std::string_view bytes(reinterpret_cast<const char*>(in), count);
         if (!plan.stored) {
-            unsigned char* end = EmitPayload(plan.input.data(), count, plan.codes, output.data(), state);
+            unsigned char* end = EmitPayload(in, count, plan.codes, output.data(), state);
             bytes = {reinterpret_cast<const char*>(output.data()), static_cast<std::size_t>(end - output.data())};
         }
         payload += bytes.size();
         if (!sink(bytes)) return Result::WriteFailed;
     }
     char extra;
-    if (source.Read(&extra, 1) != 0) return Result::InputChanged;
+    if (!inPlace && source.Read(&extra, 1) != 0) return Result::InputChanged;
     if (!plan.stored && state.filled > 0) {
         const char last = static_cast<char>(state.buffer & 0xFF);
         ++payload;

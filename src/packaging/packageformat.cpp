@@ -6,9 +6,6 @@
 namespace skin {
 namespace {
 
-constexpr std::string_view kHe2Signature = "HE2\r";
-constexpr std::string_view kHe0Signature = "HE0\r";
-constexpr char kCarriageReturn = '\r';
 
 char lowerAscii(char c) {
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
@@ -90,28 +87,6 @@ std::optional<std::int32_t> ParseFileLength(std::string_view text) {
     const auto value = parseDigits(text.substr(first, last - first + 1));
     if (!value || *value > kMaxPackedFileSize) return std::nullopt;
     return static_cast<std::int32_t>(*value);
-}
-
-CodedStreamInfo PeekCodedStream(std::string_view coded) {
-    if (coded.substr(0, kHe0Signature.size()) == kHe0Signature) {
-        return {"HE0", static_cast<std::int64_t>(coded.size() - kHe0Signature.size())};
-    }
-    if (coded.substr(0, kHe2Signature.size()) != kHe2Signature) return {"?", std::nullopt};
-    CodedStreamInfo info{"HE2", std::nullopt};
-    std::string_view rest = coded.substr(kHe2Signature.size());
-    const std::size_t tableEnd = rest.find(kCarriageReturn);
-    if (tableEnd == std::string_view::npos) return info;
-    const auto tableLength = parseDigits(rest.substr(0, tableEnd));
-    if (!tableLength) return info;
-    rest.remove_prefix(tableEnd + 1);
-    // The lookup table, then the one checksum byte, then the original length.
-    const auto skip = static_cast<std::size_t>(*tableLength) + 1;
-    if (skip > rest.size()) return info;
-    rest.remove_prefix(skip);
-    const std::size_t lengthEnd = rest.find(kCarriageReturn);
-    if (lengthEnd == std::string_view::npos) return info;
-    info.original = parseDigits(rest.substr(0, lengthEnd));
-    return info;
 }
 
 }  // namespace skin

@@ -70,11 +70,4 @@ std::optional<std::string> InsertRenameMarker(std::string_view name, int n);
 // A length line's number: decimal digits with optional blanks around them, 0 to 2^31-1.
 std::optional<std::int32_t> ParseFileLength(std::string_view text);
 
-// Coded form and original size of an HE2 or HE0 stream, read from its header without decoding.
-struct CodedStreamInfo {
-    std::string form;                      // "HE2", "HE0" or "?" when neither
-    std::optional<std::int64_t> original;  // unknown when the header is damaged
-};
-CodedStreamInfo PeekCodedStream(std::string_view coded);
-
 }  // namespace skin

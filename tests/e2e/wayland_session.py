@@ -160,7 +160,10 @@ class Session:
             app.screenshot(os.path.join(self.out, "wayland-poll.png"))))
 
         self.begin("the picker over a colour chip colours the selected label's back with the chip's colour")
-        app.drag([IMG_PICKER, (560, 320), RED_CHIP], steps=4)
+        # Held until a tick of the picker has sampled the chip: the swatch shows it.
+        app.drag([IMG_PICKER, (560, 320), RED_CHIP], steps=4, held=lambda: poll(
+            "the swatch in the chip's colour while held", lambda: app.screenshot(
+                os.path.join(self.out, "wayland-poll.png")).at(*PIC_PREVIEW) == CHIP_COLOUR))
         image = self.wait_label_back(CHIP_COLOUR, "the label in the chip's colour")
         expect(image.at(*PIC_PREVIEW) == CHIP_COLOUR, f"the swatch shows {image.at(*PIC_PREVIEW)}")
         self.shot("wayland-03-chip.png")
@@ -170,7 +173,9 @@ class Session:
         app.screenshot(os.path.join(self.out, "screenshot-wayland.png"), (x - 24, y - 24, 792 + 48, 409 + 48))
 
         self.begin("released beside the program's windows, where nothing can be read, the picker stores nothing")
-        app.drag([IMG_PICKER, (400, 300), (600, 500), (700, 560)], steps=4)
+        # Nothing on screen tells when a tick has sampled the last place, so it is held a while:
+        # the picker samples every millisecond or so.
+        app.drag([IMG_PICKER, (400, 300), (600, 500), (700, 560)], steps=4, held=lambda: time.sleep(0.4))
         time.sleep(0.3)
         image = self.shot("wayland-03-picked.png")
         expect(self.label_back(image) == CHIP_COLOUR, f"the label's back became {self.label_back(image)}")

@@ -31,6 +31,7 @@ from xdriver import DriverError, poll, run  # noqa: E402
 SEND_GROUND, SEND_BLOCK, RECEIVE_GROUND = "#5080C0", "#203060", "#D8E8F0"
 USER_LIST = ("Send", "User List", [(20, 20), (60, 60), (110, 100), (150, 130)])
 CHIP_COLOUR = "#FF0000"
+TOOLTIP = "#FFFFDC"  # the tooltips' ground
 INITIAL_BACK = "#E0E0E0"  # the User List's start back colour, 0x00E0E0E0
 SKIN_NAME, SKIN_AUTHOR = "Tidewater", "Ostervale Studio"
 IMG_MIN = (11310 + 112) // TWIPS, (60 + 120) // TWIPS
@@ -72,6 +73,19 @@ class Session:
         return poll(what, lambda: (lambda i: self.label_back(i) == colour and i)(
             self.app.screenshot(os.path.join(self.out, "wayland-poll.png"))))
 
+    def tooltip_width(self, at):
+        """Rests the pointer on an element and returns the width of the tooltip that shows."""
+        self.app.move(*at)
+        time.sleep(0.05)
+        self.app.move(at[0] + 1, at[1])
+        x, y = self.app.point(*at)
+
+        def widest_row():
+            image = self.app.screen_shot(os.path.join(self.out, "wayland-poll.png"))
+            return max(sum(1 for xx in range(max(0, x - 300), image.width) if image.at(xx, yy) == TOOLTIP)
+                       for yy in range(y + 8, min(image.height, y + 40), 4))
+        return poll("a tooltip", lambda: (lambda w: w > 20 and w)(widest_row()))
+
     def run(self):
         app = self.app
         picture = os.path.join(self.work, "send skin.bmp")
@@ -92,6 +106,10 @@ class Session:
         around = [(x - 1, y + 200), (x + 792, y + 200), (x + 400, y - 1), (x + 400, y + 409)]
         expect(all(screen.at(*p) == ground for p in around), "something is drawn around the window's edge")
         expect(screen.at(x + 400, y) != ground and screen.at(x, y + 200) != ground, "the window's edge is not its own")
+
+        self.begin("the picker's tooltip says that it reads only this window (no portal in this session)")
+        width = self.tooltip_width(IMG_PICKER)
+        expect(width > 500, f"the picker's tooltip is {width} pixels wide, as if the screen could be read")
 
         self.begin("a left drag on the bare background moves the window by the drag's distance")
         bx, by = BARE_BACKGROUND
@@ -179,6 +197,8 @@ class Session:
         time.sleep(0.3)
         image = self.shot("wayland-03-picked.png")
         expect(self.label_back(image) == CHIP_COLOUR, f"the label's back became {self.label_back(image)}")
+        width = self.tooltip_width(PIC_PREVIEW)
+        expect(width > 200, f"the swatch's tooltip is {width} pixels wide")
 
         self.begin("create the package through the save dialog, answer Yes to start anew")
         dialog = app.expect_window(lambda: app.click(*CMD_CREATE), name="Save Skin Package")

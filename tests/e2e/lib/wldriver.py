@@ -20,8 +20,6 @@ xwayland disable
 output HEADLESS-1 resolution {w}x{h} position 0 0 bg {bg} solid_color
 for_window [app_id=".*"] floating enable
 for_window [title=".*"] floating enable
-default_border none
-default_floating_border none
 focus_follows_mouse no
 """
 

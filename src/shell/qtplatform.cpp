@@ -150,6 +150,7 @@ std::optional<FileChoice> QtPlatform::runFileDialog(const FileDialogSettings& se
 
 std::optional<FileChoice> QtPlatform::OpenFileDialog(const FileDialogSettings& settings)
 {
+    if (chosenFile_) return chosenFile_;
     return runFileDialog(settings, false);
 }
 

@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "inputblocker.h"
 #include "mainlayout.h"
@@ -63,6 +64,11 @@ public:
 
     void OpenWebPage(const std::string& url) override;
 
+    // A file chosen before any dialog (on the command line, by a drop): while set, an open
+    // dialog is not shown and returns this choice, so the operation that asks for a file runs
+    // on it unchanged. Cleared with nullopt.
+    void setChosenFile(std::optional<FileChoice> choice) { chosenFile_ = std::move(choice); }
+
 signals:
     // timMoveObject (50 ms) or tmrScreenColor (1 ms) ticked.
     void timerTicked(skin::EditorTimer timer);
@@ -82,6 +88,7 @@ private:
     QTimer* screenColour_ = nullptr; // tmrScreenColor
     bool hourglass_ = false;      // each indication pushes one override cursor; keep them paired
     bool pickerPointer_ = false;
+    std::optional<FileChoice> chosenFile_;
 };
 
 }  // namespace skin

@@ -124,9 +124,11 @@ void FileOpener::open(const Opening& opening)
     running_ = false;
 }
 
-// Every position of a drag is answered on its own, so the pointer shows where a drop would be
-// taken. The drop's work waits for the event loop, so the dragging program hears at once that
-// the drop is done and is not held up by the operation's messages.
+// Qt hands the moves and the drop of a drag only to a widget that accepted its entry, and
+// follows every entry at once with a move. So an entry is accepted whenever some place of the
+// window could take the file, even while busy, and each move and the drop then decide for
+// their own place, which the pointer shows. The drop's work waits for the event loop, so the
+// dragging program hears at once that the drop is done and is not held up by messages.
 bool FileOpener::eventFilter(QObject* watched, QEvent* event)
 {
     if (!IsDragEvent(event->type()) || !watched->isWidgetType()) return false;
@@ -134,9 +136,16 @@ bool FileOpener::eventFilter(QObject* watched, QEvent* event)
     const QMimeData* data = drag->mimeData();
     if (data == nullptr || !data->hasUrls()) return false;  // dragged text stays the text boxes' own
 
-    const QPoint at = static_cast<QWidget*>(watched)->mapTo(&window_, drag->position().toPoint());
-    const std::optional<Opening> opening = openingAt(*data, at);
-    if (!opening) {
+    bool taken = false;
+    std::optional<Opening> opening;
+    if (event->type() == QEvent::DragEnter) {
+        const std::optional<QFileInfo> file = OneLocalFile(*data);
+        taken = file && (IsSkinFileName(file->fileName()) || IsPicture(file->absoluteFilePath()));
+    } else {
+        opening = openingAt(*data, static_cast<QWidget*>(watched)->mapTo(&window_, drag->position().toPoint()));
+        taken = opening.has_value();
+    }
+    if (!taken) {
         drag->ignore();
         return true;
     }

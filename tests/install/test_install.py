@@ -96,6 +96,11 @@ class InstalledTree(unittest.TestCase):
             self.assertTrue(os.access(self.path(relative), os.X_OK), relative)
             # No build-tree run path survives into the installed programs.
             self.assertNotIn("RUNPATH", run(["readelf", "-d", self.path(relative)]).stdout, relative)
+        # They run from the prefix (without a display: the version and the usage need none).
+        env = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        self.assertEqual(run([self.path("bin/skinframewright"), "--version"], env=env).stdout,
+                         f"skinframewright {ARGS.version}\n")
+        self.assertIn("usage: bsztool", run([self.path("bin/bsztool"), "--help"], env=env).stdout)
 
     def test_icons_have_their_sizes_and_the_svg_is_an_svg(self):
         for n in ICON_SIZES:

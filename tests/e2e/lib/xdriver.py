@@ -101,9 +101,10 @@ class App:
         self.binary, self.title, self.env, self.log_path = binary, title, env, log_path
         self.process = None
 
-    def start(self):
+    def start(self, *arguments):
         with open(self.log_path, "w") as log:
-            self.process = subprocess.Popen([self.binary], env=self.env, stdout=log, stderr=subprocess.STDOUT)
+            self.process = subprocess.Popen([self.binary, *map(str, arguments)], env=self.env, stdout=log,
+                                            stderr=subprocess.STDOUT)
         return self.find_main_window()
 
     def find_main_window(self):

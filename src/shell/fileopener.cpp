@@ -13,6 +13,7 @@
 #include "frmskincreator.h"
 #include "qtplatform.h"
 #include "skinloading.h"
+#include "slotguard.h"
 
 namespace skin {
 namespace {
@@ -111,15 +112,13 @@ void FileOpener::open(const Opening& opening)
     running_ = true;
     QtPlatform& platform = window_.qtPlatform();
     platform.setChosenFile(FileChoice{opening.path.toStdString(), QFileInfo(opening.path).fileName().toStdString()});
-    try {
+    Guard([&] {
         if (opening.kind == Opening::Kind::SkinFile) {
             LoadSkin(editor_, window_.platform());
         } else {
             editor_.LoadSkinPicture(opening.side);
         }
-    } catch (...) {
-        // Each operation reports its own failures; nothing else may leave the event handler.
-    }
+    });
     platform.setChosenFile(std::nullopt);
     running_ = false;
 }
@@ -132,26 +131,32 @@ void FileOpener::open(const Opening& opening)
 bool FileOpener::eventFilter(QObject* watched, QEvent* event)
 {
     if (!IsDragEvent(event->type()) || !watched->isWidgetType()) return false;
-    auto* drag = static_cast<QDropEvent*>(event);
-    const QMimeData* data = drag->mimeData();
+    bool filtered = false;
+    Guard([&] { filtered = dragEvent(*static_cast<QWidget*>(watched), *static_cast<QDropEvent*>(event)); });
+    return filtered;
+}
+
+bool FileOpener::dragEvent(QWidget& watched, QDropEvent& drag)
+{
+    const QMimeData* data = drag.mimeData();
     if (data == nullptr || !data->hasUrls()) return false;  // dragged text stays the text boxes' own
 
-    bool taken = false;
     std::optional<Opening> opening;
-    if (event->type() == QEvent::DragEnter) {
+    bool taken = false;
+    if (drag.type() == QEvent::DragEnter) {
         const std::optional<QFileInfo> file = OneLocalFile(*data);
         taken = file && (IsSkinFileName(file->fileName()) || IsPicture(file->absoluteFilePath()));
     } else {
-        opening = openingAt(*data, static_cast<QWidget*>(watched)->mapTo(&window_, drag->position().toPoint()));
+        opening = openingAt(*data, watched.mapTo(&window_, drag.position().toPoint()));
         taken = opening.has_value();
     }
     if (!taken) {
-        drag->ignore();
+        drag.ignore();
         return true;
     }
-    drag->setDropAction(Qt::CopyAction);
-    drag->accept();
-    if (event->type() == QEvent::Drop) {
+    drag.setDropAction(Qt::CopyAction);
+    drag.accept();
+    if (drag.type() == QEvent::Drop) {
         pending_ = true;
         QTimer::singleShot(0, this, [this, dropped = *opening] {
             pending_ = false;

@@ -14,7 +14,9 @@
 
 #include "skindocument.h"
 
+class QDropEvent;
 class QMimeData;
+class QWidget;
 
 namespace skin {
 
@@ -54,6 +56,8 @@ protected:
 
 private:
     void watchDrops(QObject& element);
+    // A drag entering, moving over or dropped on a watched element; false leaves it to the element.
+    bool dragEvent(QWidget& watched, QDropEvent& drag);
 
     FrmSkinCreator& window_;
     Editor& editor_;

@@ -71,9 +71,9 @@ bool FileOpener::busy() const
 {
     // The busy panels stand for the busy state of a package creation or a skin load; an open
     // dialog, message box or menu runs its own event loop inside an operation.
-    for (const char* panel : {"picLoading", "picCreating"}) {
-        const auto* shown = window_.findChild<QWidget*>(QString::fromLatin1(panel));
-        if (shown != nullptr && shown->isVisibleTo(&window_)) return true;
+    const MainWidgets& widgets = window_.widgets();
+    for (const QWidget* panel : {widgets.picLoading, widgets.picCreating}) {
+        if (panel != nullptr && panel->isVisibleTo(&window_)) return true;
     }
     return pending_ || running_ || QApplication::activeModalWidget() != nullptr ||
            QApplication::activePopupWidget() != nullptr;
@@ -87,8 +87,7 @@ std::optional<FileOpener::Opening> FileOpener::openingAt(const QMimeData& data, 
     const QString path = file->absoluteFilePath();
     if (IsSkinFileName(path)) return Opening{Opening::Kind::SkinFile, SkinSide::Send, path};
     for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
-        const auto* frame = window_.findChild<QLabel*>(side == SkinSide::Send ? QStringLiteral("imgSend")
-                                                                               : QStringLiteral("imgRecieve"));
+        const QLabel* frame = window_.widgets().pictureFrames[SideIndex(side)];
         if (frame != nullptr && frame->geometry().contains(windowPoint) && IsPicture(path)) {
             return Opening{Opening::Kind::Picture, side, path};
         }

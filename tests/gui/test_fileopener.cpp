@@ -46,7 +46,7 @@ class FileOpenerTest : public QObject {
     QList<Message> messages;
     int dialogsOpened = 0;
 
-    SkinDocument& document() const { return controller->editor().Document(); }
+    const SkinDocument& document() const { return controller->editor().Document(); }
     QWidget* element(const char* name) const { return Child(window.get(), name); }
 
     // The next message box is recorded and answered (No where it asks); a dialog is counted
@@ -154,11 +154,12 @@ private slots:
         picture.fill(Qt::darkCyan);
         QVERIFY(picture.save(sendPicture, "BMP"));
         newWindow();
+        Editor& editor = controller->editor();
         for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
-            document().SetPicture(side, "send.bmp", sendPicture.toStdString());
+            QVERIFY(editor.SetSidePicture(side, sendPicture.toStdString(), "send.bmp"));
         }
-        document().SetSkinName("Dusk");
-        document().SetSkinAuthor("Ada");
+        editor.SetSkinName("Dusk");
+        editor.SetSkinAuthor("Ada");
         package = files.filePath(QStringLiteral("DUSK.bsz"));
         WhenOpen<QFileDialog>([&](QFileDialog* dialog) {
             AcceptFile(dialog, package);

@@ -40,6 +40,25 @@ def geometry(window):
     return int(v["X"]), int(v["Y"]), int(v["WIDTH"]), int(v["HEIGHT"])
 
 
+def display_taken(n):
+    """Whether an X server holds display :n. A lock file whose process is gone (a server that
+    was killed) does not count: a new server takes the display over, lock and socket."""
+    try:
+        with open(f"/tmp/.X{n}-lock") as lock:
+            pid = int(lock.read().strip())
+    except FileNotFoundError:
+        return os.path.exists(f"/tmp/.X11-unix/X{n}")
+    except (OSError, ValueError):
+        return True
+    try:
+        os.kill(pid, 0)
+    except ProcessLookupError:
+        return False
+    except PermissionError:
+        pass  # another user's server
+    return True
+
+
 class Xvfb:
     """A private 1280x1024 Xvfb on a free display. -noreset: otherwise the server resets when
     its last client leaves and refuses a client that connects meanwhile."""
@@ -49,7 +68,7 @@ class Xvfb:
         self.runtime = tempfile.mkdtemp(prefix="xdg-")
         os.chmod(self.runtime, 0o700)
         for n in range(91, 161):
-            if os.path.exists(f"/tmp/.X{n}-lock") or os.path.exists(f"/tmp/.X11-unix/X{n}"):
+            if display_taken(n):
                 continue
             self.process = subprocess.Popen(["Xvfb", f":{n}", "-screen", "0", "1280x1024x24", "-nolisten",
                                              "tcp", "-noreset"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -64,8 +83,13 @@ class Xvfb:
         raise DriverError("no free display for Xvfb")
 
     def stop(self):
-        self.process.kill()
-        self.process.wait()
+        # Asked to end, the server removes its lock file and socket; killed, it leaves them.
+        self.process.terminate()
+        try:
+            self.process.wait(timeout=5)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
 
     def __exit__(self, *exc):
         self.stop()

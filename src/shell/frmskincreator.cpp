@@ -157,6 +157,7 @@ void FrmSkinCreator::showHelp()
 {
     if (help_ == nullptr) {
         help_ = new FrmHelp(this);
+        ownPlatform_->setAlwaysOnTopWindow(help_);
         const QRect over = frameGeometry();
         help_->move(over.x() + (over.width() - help_->width()) / 2, over.y() + (over.height() - help_->height()) / 2);
     }

@@ -93,6 +93,17 @@ QtPlatform::~QtPlatform()
     SetHourglass(false);
 }
 
+// The help window stays on top of every other window, so whatever modal thing opens while it
+// is shown belongs to it: a window manager then keeps it in the help window's layer, above
+// the help window (also when the help window is raised), and without one it maps on top.
+// A box hidden under the help window would leave the main window taking no input, for no
+// visible reason.
+QWidget& QtPlatform::modalOwner()
+{
+    if (onTop_ != nullptr && onTop_->isVisible()) return *onTop_;
+    return window_;
+}
+
 LocalDateTime QtPlatform::Now()
 {
     const QDateTime now = QDateTime::currentDateTime();
@@ -114,7 +125,7 @@ MessageAnswer QtPlatform::ShowMessage(const std::string& text, const std::string
     if (icon == MessageIcon::Exclamation) boxIcon = QMessageBox::Warning;
     QString body = Q(text);
     body.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    QMessageBox box(boxIcon, Q(title), body, QMessageBox::NoButton, &window_);
+    QMessageBox box(boxIcon, Q(title), body, QMessageBox::NoButton, &modalOwner());
     if (buttons == MessageButtons::YesNo) {
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
         box.setDefaultButton(QMessageBox::Yes);
@@ -129,7 +140,7 @@ MessageAnswer QtPlatform::ShowMessage(const std::string& text, const std::string
 
 std::optional<FileChoice> QtPlatform::runFileDialog(const FileDialogSettings& settings, bool save)
 {
-    QFileDialog dialog(&window_);
+    QFileDialog dialog(&modalOwner());
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     if (!settings.title.empty()) dialog.setWindowTitle(Q(settings.title));
     const QStringList filters = ToQtNameFilters(settings.filter);
@@ -162,7 +173,7 @@ std::optional<FileChoice> QtPlatform::SaveFileDialog(const FileDialogSettings& s
 std::optional<OleColour> QtPlatform::ChooseColour(OleColour initial)
 {
     const QColor chosen =
-        QColorDialog::getColor(ToQColor(initial), &window_, QString(), QColorDialog::DontUseNativeDialog);
+        QColorDialog::getColor(ToQColor(initial), &modalOwner(), QString(), QColorDialog::DontUseNativeDialog);
     if (!chosen.isValid()) return std::nullopt;
     return ToOle(chosen);
 }

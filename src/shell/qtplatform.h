@@ -4,6 +4,7 @@
 // pages. It shows no model state: the view paints the widgets.
 
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <optional>
@@ -35,6 +36,9 @@ public:
     ~QtPlatform() override;
 
     const PictureStore& pictures() const { return pictures_; }
+    // A window that stays on top of all others (the help window): while it is shown, modal
+    // boxes and dialogs open over it instead of the main window. Forgotten when it is deleted.
+    void setAlwaysOnTopWindow(QWidget* window) { onTop_ = window; }
 
     LocalDateTime Now() override;
     std::string TempFolder() override;
@@ -76,10 +80,12 @@ signals:
     void mainWindowAnewRequested();
 
 private:
+    QWidget& modalOwner();
     std::optional<FileChoice> runFileDialog(const FileDialogSettings& settings, bool save);
     QTimer* timer(EditorTimer which) const;
 
     QWidget& window_;
+    QPointer<QWidget> onTop_;
     MainWidgets widgets_;
     InputBlocker inputBlocker_;
     ScreenPixelSource pixelSource_;

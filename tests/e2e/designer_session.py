@@ -23,7 +23,7 @@ import tempfile
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "lib"))
-from xdriver import App, DriverError, Xvfb, geometry, run  # noqa: E402
+from xdriver import App, DriverError, Xvfb, geometry, run, topmost, toplevel  # noqa: E402
 
 TITLE = "Brindleway Skin Framewright"
 TWIPS = 15  # per pixel
@@ -204,7 +204,8 @@ class Session:
             expect(app.origin == (start[0] + moved[0], start[1] + moved[1]),
                    f"a drag with button {button} left the window at {app.origin}, not {moved} from {start}")
 
-        self.begin("open the help window from the options list, centred over the window, and close it")
+        self.begin("open the help window from the options list, centred over the window; a message box "
+                   "opens above it; close it")
         app.expect_window(lambda: app.click(*CBO_OPTIONS), wait_focus=False)  # the list drops down
         time.sleep(0.15)
         help_window, _ = app.expect_window(lambda: app.keys("Down", "Return"), name=f"Help - {TITLE}", wait_focus=False)
@@ -213,6 +214,11 @@ class Session:
                f"the help window is at {hx},{hy} size {hw}x{hh}")
         run(["import", "-window", "root", "-crop", f"680x272+{hx}+{hy}", "+repage",
              os.path.join(self.out, "screenshot-help.png")])
+        # Without a window manager too, a message box that opens meanwhile is the topmost window.
+        box, _ = app.expect_window(lambda: app.click(*CMD_CREATE), name="Package Creation Error", wait_focus=False)
+        expect(topmost() == toplevel(box), "the message box opened under the help window")
+        app.keys("Return")
+        app.wait_gone(box)
         app.click(hx + 668 - app.origin[0], hy + 9 - app.origin[1])  # its own close button
         app.wait_gone(help_window)
 

@@ -59,6 +59,42 @@ def display_taken(n):
     return True
 
 
+def toplevel(window):
+    """The child of the root window that holds a window: its window manager's frame, or itself."""
+    while True:
+        info = run(["xwininfo", "-children", "-id", window])
+        root, parent = (re.search(rf"{what} window id: (0x[0-9a-f]+)", info)[1] for what in ("Root", "Parent"))
+        if parent == root:
+            return int(window)
+        window = int(parent, 16)
+
+
+def topmost():
+    """The highest window that shows on the screen (viewable, not parked off it, as window
+    managers keep a window or two), in the X server's stacking order."""
+    for child in re.findall(r"^\s+(0x[0-9a-f]+) ", run(["xwininfo", "-root", "-children"]), re.M):  # top first
+        info = run(["xwininfo", "-id", child])
+        x, y, w, h = (int(re.search(rf"{key}:\s+(-?\d+)", info)[1])
+                      for key in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        if "IsViewable" in info and x + w > 0 and y + h > 0 and x < Xvfb.SIZE[0] and y < Xvfb.SIZE[1]:
+            return int(child, 16)
+    raise DriverError("no window shows on the screen")
+
+
+class Openbox:
+    """The openbox window manager on the current display, until the end of the block."""
+
+    def __enter__(self):
+        self.process = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        poll("openbox to manage the screen",
+             lambda: "_NET_SUPPORTING_WM_CHECK(WINDOW)" in run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], check=False))
+        return self
+
+    def __exit__(self, *exc):
+        self.process.kill()
+        self.process.wait()
+
+
 class Xvfb:
     """A private 1280x1024 Xvfb on a free display. -noreset: otherwise the server resets when
     its last client leaves and refuses a client that connects meanwhile."""
@@ -176,6 +212,12 @@ class App:
 
     def wait_gone(self, window):
         poll(f"window {window} to close", lambda: window not in self.visible_windows())
+
+    def wait_focus(self, window=None):
+        """Until a window (by default the main window) has the keyboard focus: after a dialog
+        closes, the next click then reaches a window that takes input again."""
+        window = self.window if window is None else window
+        poll(f"the focus on window {window}", lambda: xdotool("getwindowfocus", "-f", check=False).strip() == str(window))
 
     def point(self, x, y):
         return self.origin[0] + x, self.origin[1] + y

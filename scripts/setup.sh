@@ -13,7 +13,7 @@ packages=(
   fonts-dejavu-core fonts-dejavu-extra python3
   qt6-svg-dev
   # the Debian package (dpkg-shlibdeps) and the desktop tools that the install tests use
-  dpkg-dev desktop-file-utils shared-mime-info xdg-utils libfile-mimeinfo-perl man-db
+  dpkg-dev file desktop-file-utils shared-mime-info xdg-utils libfile-mimeinfo-perl man-db
 )
 
 missing=()

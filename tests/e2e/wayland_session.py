@@ -158,13 +158,15 @@ class Session:
         self.begin("draw an area and name it Send User List through the pop-up menu")
         side, kind, path = USER_LIST
         before = self.shot("wayland-02-before-menu.png")
-        menu_spot = on(side, path[-1][0] + 40, path[-1][1] + 12)  # inside the menu, beside the pointer
+        px, py = on(side, *path[-1])  # the release point: the menu's top-left corner
+        inside, outside = [(px + 3, py + 40), (px + 40, py + 3)], [(px - 3, py + 40), (px + 40, py - 3)]
 
         def menu_open():
             image = app.screenshot(os.path.join(self.out, "wayland-poll.png"))
-            return image.at(*menu_spot) != before.at(*menu_spot)
-        app.drag([on(side, px, py) for px, py in path])
-        poll("the name menu", menu_open)
+            return all(image.at(*p) != before.at(*p) for p in inside) and image
+        app.drag([on(side, x, y) for x, y in path])
+        image = poll("the name menu", menu_open)
+        expect(all(image.at(*p) == before.at(*p) for p in outside), "the name menu does not open at the pointer")
         time.sleep(0.2)  # the menu takes the keyboard right after it shows
         app.keys("Down", "Return")
         self.wait_label_back(INITIAL_BACK, "the User List label")

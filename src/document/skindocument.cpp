@@ -92,6 +92,11 @@ void SkinDocument::UpdateArea(SkinSide side, AreaKind kind, AreaRect rect) {
     sides_[index(side)].areas.at(kind) = rect;
 }
 
+void SkinDocument::ReleaseArea(SkinSide side, AreaKind kind) {
+    sides_[index(side)].areas.at(kind) = AreaRect{};
+    sides_[index(side)].used.at(kind) = false;
+}
+
 AreaRect SkinDocument::Area(SkinSide side, AreaKind kind) const { return sides_[index(side)].areas.at(kind); }
 
 bool SkinDocument::KindUsed(SkinSide side, AreaKind kind) const { return sides_[index(side)].used.at(kind); }

@@ -108,6 +108,12 @@ public:
     void IncrementBoxCount(SkinSide side) { ++sides_[index(side)].boxCount; }
     void SetBoxCount(SkinSide side, std::int32_t count) { sides_[index(side)].boxCount = count; }
 
+    // The kind's slot becomes 0,0,0,0 and the kind free again, as if it had never been named
+    // (an area deleted in the editor).
+    void ReleaseArea(SkinSide side, AreaKind kind);
+
+    bool operator==(const SkinDocument&) const = default;
+
     // Every slot 0,0,0,0, every kind free, box count 0; pictures, colours, name, author kept.
     void ClearSide(SkinSide side);
     // Back to the empty document of start-up.
@@ -120,6 +126,7 @@ private:
         std::array<AreaRect, kAreaKinds> areas{};
         std::array<bool, kAreaKinds> used{};
         std::int32_t boxCount = 0;
+        bool operator==(const Side&) const = default;
     };
     static int index(SkinSide side) { return side == SkinSide::Send ? 0 : 1; }
 

@@ -51,7 +51,7 @@ void Editor::BeginArea(SkinSide side, float x, float y) {
 }
 
 void Editor::ExtendArea(SkinSide side, float x, float y) {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     const RectF picture = surface_.pictureFrames[SideIndex(side)];
     const DragAnchor anchor = surface_.dragAnchor[SideIndex(side)];
     BoxElement& box = ensureBox(side, document_.BoxCount(side));
@@ -60,7 +60,7 @@ void Editor::ExtendArea(SkinSide side, float x, float y) {
 }
 
 void Editor::EndArea(SkinSide side, float x, float y) {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     const int n = document_.BoxCount(side);
     const DragAnchor anchor = surface_.dragAnchor[SideIndex(side)];
     if (!farEnough(x, anchor.X) || !farEnough(y, anchor.Y)) {
@@ -77,7 +77,7 @@ void Editor::EndArea(SkinSide side, float x, float y) {
 
 bool Editor::NameArea(SkinSide side, AreaKind kind) {
     if (kind < 0 || kind >= kAreaKinds) return false;
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     const int n = document_.BoxCount(side);
     BoxElement& box = ensureBox(side, n);
     const AreaRect rect{RoundToInt16(box.rect.Left), RoundToInt16(box.rect.Top), RoundToInt16(box.rect.Width),
@@ -100,7 +100,7 @@ bool Editor::NameArea(SkinSide side, AreaKind kind) {
 }
 
 void Editor::CloseArea(SkinSide side) {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     const int n = document_.BoxCount(side);
     // A dismissed menu or "Cancel" discards the box, and its index is used up all the same.
     if (!surface_.areaNamed[SideIndex(side)]) ensureBox(side, n).visible = false;
@@ -120,14 +120,53 @@ void Editor::SelectTextField(TextField field) {
 }
 
 void Editor::BringBoxToFront(SkinSide side, int index) {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     if (index < 0) return;
     ensureBox(side, index).z = ++surface_.nextZ;
 }
 
 void Editor::SetAreaNamed(SkinSide side, bool named) {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     surface_.areaNamed[SideIndex(side)] = named;
+}
+
+void Editor::DeleteSelection() {
+    const Selection sel = surface_.currentSelection;
+    SkinSide side = sel.side;
+    std::optional<AreaKind> kind;
+    if (sel.kind == Selection::Kind::Label) {
+        side = SideOf(sel.field);
+        kind = KindOf(sel.field);
+    } else if (sel.kind == Selection::Kind::Box) {
+        const auto& list = surface_.Boxes(side);
+        if (sel.index < 0 || sel.index >= static_cast<int>(list.size()) || !list[sel.index].visible) return;
+        kind = SkinDocument::FindKind(side, list[sel.index].tag);
+    }
+    if (!kind || !document_.KindUsed(side, *kind)) return;  // a box left over from a reset holds no area
+
+    Operation op(*this);
+    const AreaKindInfo& info = KindInfo(side, *kind);
+    if (info.textField) {
+        const TextField field = *info.textField;
+        const int mirror = surface_.TextFieldBox(field);
+        if (mirror >= 0 && mirror < static_cast<int>(surface_.Boxes(side).size())) {
+            surface_.Boxes(side)[mirror].visible = false;
+        }
+        surface_.TextFieldBox(field) = -1;
+        // The label as the window starts it: below the surface, at its start size.
+        LabelElement& label = surface_.Label(field);
+        const EditorSurface fresh = StartSurface();
+        const LabelElement& start = fresh.Label(field);
+        label.rect = start.rect;
+        label.visible = start.visible;
+        label.caption = start.caption;
+        label.border = false;
+    } else {
+        surface_.Boxes(side)[sel.index].visible = false;
+    }
+    document_.ReleaseArea(side, *kind);
+    surface_.menuEnabled[SideIndex(side)][*kind] = true;
+    setSelectionStatus(std::string(kCurrSelStart), Selection::None());
 }
 
 }  // namespace skin

@@ -62,14 +62,14 @@ void Editor::PickerPressed() {
 }
 
 void Editor::SampleScreenColour() {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     const std::optional<OleColour> pixel = platform_.ScreenPixelAtPointer();
     if (pixel) surface_.swatch = *pixel;
     surface_.swatchUnread = !pixel;
 }
 
 void Editor::PickerReleased() {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     surface_.pickerFace = NormalFace(kPickerTag);
     platform_.SetPickerPointer(false);
     platform_.StopTimer(EditorTimer::ScreenColour);

@@ -5,10 +5,40 @@ namespace skin {
 Editor::Editor(Platform& platform, SurfaceView* view)
     : platform_(platform), view_(view), surface_(StartSurface()) {}
 
-Editor::Batch::Batch(Editor& editor) : editor_(editor) { ++editor_.depth_; }
+Editor::Batch::Batch(Editor& editor, Step step) : editor_(editor) { editor_.begin(step); }
 
-Editor::Batch::~Batch() {
-    if (--editor_.depth_ == 0) editor_.notifyView();
+Editor::Batch::~Batch() { editor_.end(); }
+
+void Editor::begin(Step step) {
+    if (depth_++ > 0) return;  // part of an operation under way
+    outerStep_ = step;
+    if (step == Step::Own) gestureKey_ = ++lastGestureKey_;
+    if (step == Step::Own || step == Step::Gesture) before_ = state();
+}
+
+void Editor::end() {
+    if (--depth_ > 0) return;
+    if (outerStep_ == Step::Own || outerStep_ == Step::Gesture) {
+        history_.Settle(std::move(before_), state(), gestureKey_);
+    } else if (outerStep_ == Step::Anew) {
+        history_.Clear();
+    }
+    notifyView();
+}
+
+void Editor::restore(EditState restored) {
+    document_ = std::move(restored.document);
+    surface_ = std::move(restored.surface);
+}
+
+void Editor::Undo() {
+    Operation op(*this, Step::None);
+    restore(history_.Undo(state()));
+}
+
+void Editor::Redo() {
+    Operation op(*this, Step::None);
+    restore(history_.Redo(state()));
 }
 
 void Editor::SetView(SurfaceView* view) {
@@ -57,7 +87,7 @@ void Editor::setSelectionStatus(std::string text, Selection selection) {
 }
 
 void Editor::ResetEditor() {
-    Operation op(*this);
+    Operation op(*this, Step::Anew);
     // A new main window: stop what a held button had started, then start everything afresh.
     platform_.StopTimer(EditorTimer::MoveObject);
     platform_.StopTimer(EditorTimer::ScreenColour);

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "editorsurface.h"
+#include "history.h"
 #include "platform.h"
 #include "skindocument.h"
 #include "surfaceview.h"
@@ -37,11 +38,17 @@ public:
     // The platform must outlive the editor; the view may be null (no one watches).
     explicit Editor(Platform& platform, SurfaceView* view = nullptr);
 
+    // How an operation counts in the history: a step of its own; part of the gesture under
+    // way (a drag and its naming, a held arrow, the picker); none, with the history kept; or
+    // none, with the history started anew (loading a skin, a new start).
+    enum class Step { Own, Gesture, None, Anew };
+
     // Groups the operations run during its life into one: the view hears once, when the
-    // outermost group ends (skin loading, which replays many operations).
+    // outermost group ends, and the history counts the whole as `step` (skin loading replays
+    // many operations and starts the history anew).
     class Batch {
     public:
-        explicit Batch(Editor& editor);
+        explicit Batch(Editor& editor, Step step = Step::Own);
         ~Batch();
         Batch(const Batch&) = delete;
         Batch& operator=(const Batch&) = delete;
@@ -123,6 +130,24 @@ public:
     // any, gives the colour, and without one nothing changes.
     void PickerReleased();
 
+    // --- Undo, redo and keyboard editing. ---
+    // Undo puts back the state before the latest step (areas, labels, colours, pictures, the
+    // free and used kinds, the name menus, the selection), redo the state undo replaced. The
+    // skin name and author and the tools stay as they are. Nothing happens without a step.
+    void Undo();
+    void Redo();
+    bool CanUndo() const { return history_.CanUndo(); }
+    bool CanRedo() const { return history_.CanRedo(); }
+    std::size_t UndoSteps() const { return history_.UndoSteps(); }
+    // An arrow key: the arrow pad's step for that arrow. A key held down repeats; its first
+    // press and its repeats are one step, and with nothing selected only the press shows
+    // the message.
+    void ArrowKey(int index, bool autoRepeat);
+    // Removes the selected area as if it had never been drawn: its kind is free again, its
+    // box hidden, a text field's label back at its start place, nothing selected. Nothing
+    // happens when no used area is selected.
+    void DeleteSelection();
+
     // Everything back to the start of a new main window: empty document, a single hidden box
     // per side, box counts 0, TextFieldBox none, nothing selected, menus enabled, labels at
     // their start places, lock off, target back, swatch white, dialog colour black, faces
@@ -130,19 +155,23 @@ public:
     void ResetEditor();
 
 private:
-    // Every public operation holds one while it runs; the outermost one tells the view.
+    // Every public operation holds one while it runs; the outermost one settles the history
+    // and tells the view.
     class Operation {
     public:
-        explicit Operation(Editor& editor) : editor_(editor) { ++editor_.depth_; }
-        ~Operation() {
-            if (--editor_.depth_ == 0) editor_.notifyView();
-        }
+        explicit Operation(Editor& editor, Step step = Step::Own) : editor_(editor) { editor_.begin(step); }
+        ~Operation() { editor_.end(); }
         Operation(const Operation&) = delete;
         Operation& operator=(const Operation&) = delete;
 
     private:
         Editor& editor_;
     };
+
+    void begin(Step step);
+    void end();
+    EditState state() const { return {document_, surface_}; }
+    void restore(EditState state);
 
     BoxElement& ensureBox(SkinSide side, int index);
     void setSelectionStatus(std::string text, Selection selection);
@@ -154,6 +183,11 @@ private:
     Platform& platform_;
     SurfaceView* view_;
     int depth_ = 0;  // operations running, nested
+    History history_;
+    Step outerStep_ = Step::Own;  // how the outermost operation under way counts
+    EditState before_;            // the state when it began
+    int gestureKey_ = 0;          // the gesture under way, for Step::Gesture
+    int lastGestureKey_ = 0;
     SkinDocument document_;
     EditorSurface surface_;
     int heldArrow_ = -1;              // timMoveObject's tag: the arrow being held, -1 for none

@@ -116,7 +116,7 @@ void Editor::ArrowPressed(int index) {
 
 void Editor::ArrowReleased(int index) {
     if (!validArrow(index)) return;
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     platform_.StopTimer(EditorTimer::MoveObject);
     heldArrow_ = -1;
     if (surface_.currentSelection.kind == Selection::Kind::Label)
@@ -125,7 +125,7 @@ void Editor::ArrowReleased(int index) {
 }
 
 void Editor::ArrowClicked(int index) {
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     const bool nothingSelected = surface_.currentSelection.kind == Selection::Kind::None;
     if (nothingSelected && pressMessageShown_) {
         pressMessageShown_ = false;  // this press has had its message
@@ -136,7 +136,7 @@ void Editor::ArrowClicked(int index) {
 
 void Editor::MoveTimerTick() {
     if (!arrowHeld()) return;
-    Operation op(*this);
+    Operation op(*this, Step::Gesture);
     if (surface_.currentSelection.kind == Selection::Kind::None) {
         // The message box takes the rest of the press, release included, so the arrow is let go
         // before it opens: the repeat stops and the normal face shows. One message per press.
@@ -153,6 +153,14 @@ void Editor::ToggleLock() {
     Operation op(*this);
     const std::string& tag = surface_.lockTag;
     surface_.lockTag = tag.find("ON") != std::string::npos ? NormalFace(tag) : PressedFace(tag);
+}
+
+void Editor::ArrowKey(int index, bool autoRepeat) {
+    if (!validArrow(index)) return;
+    // A held key's repeats join its first press, as the arrow pad's timer joins its press.
+    Operation op(*this, autoRepeat ? Step::Gesture : Step::Own);
+    if (autoRepeat && surface_.currentSelection.kind == Selection::Kind::None) return;  // one message per press
+    NudgeSelection(index);
 }
 
 }  // namespace skin

@@ -100,8 +100,9 @@ LoadOutcome loadChosen(Editor& editor, Platform& platform, const std::string& ch
         sourceFolder = folderOf(unpackedInformation);
     }
 
-    // The rebuilt skin reaches the screen once, when the rebuilding ends.
-    Editor::Batch rebuild(editor);
+    // The rebuilt skin reaches the screen once, when the rebuilding ends; it is no step to
+    // undo, and the steps before it no longer apply.
+    Editor::Batch rebuild(editor, Editor::Step::Anew);
     editor.SetSkinAuthor(ReadINI(kGlobalSection, kSkinAuthorKey, informationPath));
     editor.SetSkinName(ReadINI(kGlobalSection, kSkinNameKey, informationPath));
     for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {

@@ -506,12 +506,14 @@ TEST_F(LoadingTest, InvalidPackageChangesNothingCancelIsSilentAndOnlyLowerCaseBs
     EXPECT_EQ(editor.Document().SkinName(), "My Skin");
     EXPECT_EQ(editor.Document().PicturePath(SkinSide::Send), Path("pictures/send.bmp"));
     EXPECT_EQ(editor.Document().BoxCount(SkinSide::Receive), kAreaKinds);
+    EXPECT_TRUE(editor.CanUndo());  // a load that did not happen leaves the history alone
 
     ChooseOpen(WriteLooseSkin("SKIN.BSZ"));
     LoadSkin(editor, platform);
     EXPECT_EQ(platform.messages.back().text, kLoadedText);
     EXPECT_EQ(editor.Document().PicturePath(SkinSide::Send), Path("loose/s.bmp"));
     EXPECT_TRUE(fs::is_empty(platform.tempFolder));
+    EXPECT_FALSE(editor.CanUndo());  // a loaded skin starts the history anew
 }
 
 TEST_F(LoadingTest, RestoreObjectAreaReplaysOneArea) {

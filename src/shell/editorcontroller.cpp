@@ -1,6 +1,8 @@
 #include "editorcontroller.h"
 
+#include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -42,6 +44,8 @@ EditorController::EditorController(FrmSkinCreator& window)
       editor_(window.platform())
 {
     for (SkinSide side : kSides) view_.frame(side)->installEventFilter(this);
+    // Keys that no element took (the name and author boxes take their own) reach the window.
+    window.installEventFilter(this);
     wireButtons();
     wireTextBoxes();
     wireSignals();
@@ -105,6 +109,12 @@ void EditorController::wireSignals()
 bool EditorController::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
+    if (watched == &window_) {
+        if (type != QEvent::KeyPress) return false;
+        bool taken = false;
+        Guard([&] { taken = keyPress(*static_cast<QKeyEvent*>(event)); });
+        return taken;
+    }
     if (!IsPress(type) && type != QEvent::MouseMove && type != QEvent::MouseButtonRelease) return false;
     bool taken = false;
     Guard([&] {
@@ -118,6 +128,43 @@ bool EditorController::eventFilter(QObject* watched, QEvent* event)
         taken = element != nullptr && elementMouseEvent(*element, event);
     });
     return taken;
+}
+
+// The editing keys, whenever the focus is not in the name or author box (there the box's own
+// undo and cursor keys apply): Ctrl+Z undo, Ctrl+Shift+Z and Ctrl+Y redo, the arrow keys as the
+// arrow pad, Delete and Backspace remove the selected area.
+bool EditorController::keyPress(const QKeyEvent& key)
+{
+    const MainWidgets& w = window_.widgets();
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus == w.txtSkinName || focus == w.txtSkinAuthor) return false;
+    const Qt::KeyboardModifiers modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    const bool ctrl = modifiers == Qt::ControlModifier;
+    const bool ctrlShift = modifiers == (Qt::ControlModifier | Qt::ShiftModifier);
+    switch (key.key()) {
+    case Qt::Key_Z:
+        if (ctrl) editor_.Undo();
+        if (ctrlShift) editor_.Redo();
+        return ctrl || ctrlShift;
+    case Qt::Key_Y:
+        if (ctrl) editor_.Redo();
+        return ctrl;
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        if (modifiers != Qt::NoModifier) return false;
+        if (!key.isAutoRepeat()) editor_.DeleteSelection();
+        return true;
+    default: break;
+    }
+    if (modifiers != Qt::NoModifier) return false;
+    for (const auto& [qtKey, arrow] : {std::pair{Qt::Key_Left, kArrowLeft}, std::pair{Qt::Key_Up, kArrowUp},
+                                       std::pair{Qt::Key_Right, kArrowRight}, std::pair{Qt::Key_Down, kArrowDown}}) {
+        if (key.key() == qtKey) {
+            editor_.ArrowKey(arrow, key.isAutoRepeat());
+            return true;
+        }
+    }
+    return false;
 }
 
 // The side picture: the left button draws an area; every press is taken, so no press on a

@@ -3,7 +3,7 @@
 // window's events into the core's operations, one operation per event (area drawing on the
 // side pictures, selection of boxes and labels, picture loading and reset, the arrow pad and
 // its lock, the colour tools, the two timers, the name and author boxes, package creation
-// and skin loading). It lives no longer than the window it is given.
+// and skin loading), and the editing keys (undo, redo, arrows, Delete) into the same. It lives no longer than the window it is given.
 
 #include <QObject>
 
@@ -13,6 +13,7 @@
 #include "qtsurfaceview.h"
 
 class QLabel;
+class QKeyEvent;
 class QMouseEvent;
 
 namespace skin {
@@ -38,6 +39,7 @@ private:
     void wireButtons();
     void wireTextBoxes();
     void wireSignals();
+    bool keyPress(const QKeyEvent& key);
     bool pictureMouseEvent(SkinSide side, QEvent* event);
     bool elementMouseEvent(QWidget& element, QEvent* event);
 

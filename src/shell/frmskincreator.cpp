@@ -38,6 +38,10 @@ FrmSkinCreator::FrmSkinCreator(QWidget* parent)
     setObjectName(QStringLiteral("frmSkinCreator"));
     setWindowTitle(QStringLiteral("Brindleway Skin Framewright"));
     setWindowIcon(WindowIcon());
+    // A click on the background or on an element that takes no focus itself (a picture, an
+    // area, a label, a button face) takes the focus out of the name and author boxes, so the
+    // editing keys reach the window.
+    setFocusPolicy(Qt::ClickFocus);
     buildOptions();
     wireButtons();
     connect(ownPlatform_.get(), &QtPlatform::mainWindowAnewRequested, this, &FrmSkinCreator::showAnew);

@@ -279,6 +279,46 @@ private slots:
         if (kept.isEmpty()) qunsetenv("TMPDIR");
     }
 
+    // Outside the name and author boxes the keys edit: Ctrl+Z, Ctrl+Y and Ctrl+Shift+Z walk the
+    // editor's history, the arrows nudge like the pad, Delete removes the selected area. In the
+    // boxes they stay the boxes' own; a click on a picture or an area takes the focus out.
+    void editingKeysActOutsideTheTextBoxes()
+    {
+        window->activateWindow();
+        auto* name = Child<QLineEdit>(window.get(), "txtSkinName");
+        drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea2");  // Send All, selected
+        name->setFocus();
+        QTest::keyClicks(name, QStringLiteral("Sky"));
+        QTest::keyClick(name, Qt::Key_Z, Qt::ControlModifier);  // the box's own undo
+        QCOMPARE(name->text(), QString());
+        QTest::keyClick(name, Qt::Key_Left);
+        QVERIFY(document().KindUsed(SkinSide::Send, 2));
+        QCOMPARE(document().Area(SkinSide::Send, 2).Left, 585);
+
+        QLabel* box = widget("imgObjectBox0");
+        QTest::mouseClick(box, Qt::LeftButton, {}, {5, 5});
+        QVERIFY(QApplication::focusWidget() != name);
+        QTest::keyClick(window.get(), Qt::Key_Right);
+        QCOMPARE(document().Area(SkinSide::Send, 2).Left, 595);
+        QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier, QString(), true);
+        QApplication::sendEvent(window.get(), &repeat);
+        QCOMPARE(document().Area(SkinSide::Send, 2).Left, 605);
+        QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);  // the press and its repeat: one step
+        QCOMPARE(document().Area(SkinSide::Send, 2).Left, 585);
+        QCOMPARE(box->x(), 39);
+        QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);  // the area itself
+        QVERIFY(!document().KindUsed(SkinSide::Send, 2) && !box->isVisible());
+        QTest::keyClick(window.get(), Qt::Key_Y, Qt::ControlModifier);
+        QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(document().Area(SkinSide::Send, 2).Left, 605);
+        QVERIFY(box->isVisible());
+        QCOMPARE(currentSelection(), QStringLiteral("Send All"));
+
+        QTest::keyClick(window.get(), Qt::Key_Delete);
+        QVERIFY(!document().KindUsed(SkinSide::Send, 2) && !box->isVisible());
+        QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection:"));
+    }
+
     void messageBoxesShowLinesWithoutCarriageReturnsAndAnswer()
     {
         QMessageBox::Icon shownIcon = QMessageBox::NoIcon;

@@ -3,8 +3,10 @@
 X input: window placement and moving, the help window, both pictures loaded (and stretched)
 through the open dialog, areas dragged and named on both sides (two past a picture's edge, one
 cancelled), a nudge, colours from the colour dialog and the screen picker, name and author,
-the package created through the save dialog, a new start, and the package loaded back. The
-package is checked on disk with bsztool, the screen after each main step pixel by pixel.
+the editing keys (Ctrl+Z and Ctrl+Y over drawing, nudging and a side reset, the arrow keys,
+Delete), the package created through the save dialog, a new start, and the package loaded
+back. The package is checked on disk with bsztool, the screen after each main step pixel by
+pixel.
 
     designer_session.py --app PROGRAM --bsztool BSZTOOL --out BUILD_FOLDER
 
@@ -36,6 +38,7 @@ def centre(left, top, width, height):
 
 IMG_SEND_LOAD = centre(5340, 4695, 255, 270)
 IMG_RECEIVE_LOAD = centre(11160, 4125, 255, 270)
+IMG_RECEIVE_CLEAR = centre(10860, 4125, 225, 270)
 TXT_SKIN_NAME = centre(1440, 5235, 2370, 288)
 TXT_SKIN_AUTHOR = centre(1440, 5625, 2370, 288)
 CMD_CREATE = centre(5115, 5250, 390, 450)
@@ -79,6 +82,7 @@ DRAGS = [
 ]
 CANCELLED = ("Receive", [(120, 165), (160, 185), (200, 205)])  # its name menu gets Escape
 NUDGED = ("Send", "All")  # one step right with the arrow pad: Left + 10 twips
+DELETED = ("Send", "None", [(220, 70), (250, 90), (280, 120)])  # drawn, then removed with Delete
 SEND_MESSAGE_BACK, RECEIVE_DATE_TEXT, USER_LIST_BACK = "#2E8B57", "#C01020", "#FF0000"
 SKIN_NAME, SKIN_AUTHOR = "Harbour Blue", "Ostervale Studio"
 INITIAL_BACK, INITIAL_TEXT = 14737632, -2147483640  # 0x00E0E0E0 and a system colour
@@ -256,6 +260,38 @@ class Session:
         app.click(*IMG_ARR_RIGHT)
         self.expected[NUDGED][0] += 10
 
+        self.begin("keys: Ctrl+Z takes back the nudge, the cancelled drag and the last area; Ctrl+Y redoes them")
+        app.keys("ctrl+z", "ctrl+z", "ctrl+z")
+        image = self.shot("e2e-02-undone.png")
+        self.check_no_box(image, self.window_rect("Receive", "Reply"), "after three undos")
+        app.keys("ctrl+y", "ctrl+y", "ctrl+y")
+        self.check_areas_on_screen(self.shot("e2e-02-redone.png"), "after three redos")
+
+        self.begin("reset the Receive side with its eraser, and take the reset back with Ctrl+Z")
+        app.click(*IMG_RECEIVE_CLEAR)
+        image = self.shot("e2e-02-reset.png")
+        for kind in ("Okay", "Reply"):
+            self.check_no_box(image, self.window_rect("Receive", kind), "after the reset")
+        app.keys("ctrl+z")
+        self.check_areas_on_screen(self.shot("e2e-02-reset-undone.png"), "after the reset was undone")
+
+        self.begin("the arrow keys nudge the selected area like the arrow pad: right twice, down once")
+        self.click_inside(*NUDGED, 10)
+        app.keys("Right", "Right", "Down")
+        self.expected[NUDGED][0] += 20
+        self.expected[NUDGED][1] += 10
+
+        self.begin("draw another area and remove it with Delete: its kind is free again")
+        side, kind, path = DELETED
+        self.draw(side, kind, path)
+        drawn = self.window_rect(side, kind)
+        app.keys("Delete")
+        self.enabled[side][MENUS[side].index(kind)] = True
+        del self.expected[(side, kind)]
+        image = self.shot("e2e-02-deleted.png")
+        self.check_no_box(image, drawn, "after Delete")
+        self.check_areas_on_screen(image, "after the keys")
+
         self.begin("colours: Send Message back from the dialog, Send User List back from the screen picker "
                    "(every text field shows its box while the picker is held), Receive Date text from the dialog")
         self.click_inside("Send", "Message", 10)
@@ -341,6 +377,13 @@ class Session:
         expect(0.08 < share < 0.2, f"{side} {kind} {when}: {share:.0%} of the box is hatched")
         border = image.count(x0 + 2, y0 - 1, w - 4, 3, lambda p: p == BLACK)
         expect(border >= w - 4, f"{side} {kind} {when}: no top border near y {y0}")
+
+    def check_no_box(self, image, rect, when):
+        """Where a box was, only the pictures show, its border's row and column included."""
+        x, y, w, h = (int(round(v)) for v in rect)
+        changed = [(i, j) for i in range(x - 1, x + w + 1) for j in range(y - 1, y + h + 1)
+                   if image.at(i, j) != self.pictures_only.at(i, j)]
+        expect(not changed, f"{when}: a box still shows at {x},{y} ({len(changed)} pixels differ)")
 
     def check_areas_on_screen(self, image, when):
         for side, kind, _ in DRAGS:

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <utility>
 
 namespace skin {
 namespace {
@@ -55,7 +56,6 @@ bool AtomicFile::Create(const std::string& destination) {
     if (fd_ < 0) fd_ = createNamed(destination, tempName_);
     ok_ = fd_ >= 0;
     buffer_.clear();
-    if (ok_) buffer_.reserve(kBufferSize);
     return ok_;
 }
 
@@ -116,8 +116,13 @@ bool AtomicFile::Publish() {
     }
     bool published = true;
     if (tempName_.empty()) {
-        // A nameless file gets a temporary name first, since linking cannot replace a file.
+        // A nameless file takes the destination's name at once when that is free; otherwise it
+        // gets a temporary name first, since linking cannot replace a file.
         const std::string self = "/proc/self/fd/" + std::to_string(fd_);
+        if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, destination_.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+            ok_ = false;
+            return ::close(std::exchange(fd_, -1)) == 0;
+        }
         for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
             tempName_ = tempNameFor(destination_);
             published = ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, tempName_.c_str(), AT_SYMLINK_FOLLOW) == 0;

@@ -592,7 +592,8 @@ public:
             remaining_ = 0;
             source.Skip(size);
         } else {
-            buffer_.resize(std::max<std::size_t>(capacity, 64));
+            // No bigger than the stream, so that many small files cost little.
+            buffer_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(capacity, std::max<std::uint64_t>(size, 64))));
             data_ = buffer_.data();
         }
     }

@@ -406,11 +406,12 @@ public:
     LanesDecoder(const LaneDecoder& table, const std::vector<TreeNode>& tree, BitReader& in, AheadLanes& ahead)
         : table_(table), tree_(tree), in_(in), ahead_(ahead) {}
 
-    // Decodes from `out` towards `end` until too little payload or room is left for a whole
-    // round (whose work would be lost if the output ended inside it); leaves the rest to the caller.
+    // Decodes from `out` towards `end` until too little payload is left for a whole round;
+    // leaves the rest to the caller. A round that meets `end` stops there; the work of its
+    // speculative lanes beyond it is lost, so callers keep `end` beyond a round where they can.
     std::optional<std::string_view> Decode(unsigned char*& out, unsigned char* end) {
         const std::uint64_t payloadBits = std::uint64_t{in_.size} * kBitsPerByte;
-        while (end - out >= kRoundOutput && in_.pos + kLanes * kSegmentBits + kTailBits <= payloadBits) {
+        while (out < end && in_.pos + kLanes * kSegmentBits + kTailBits <= payloadBits) {
             if (auto error = Round(out, end)) return error;
         }
         return std::nullopt;
@@ -833,7 +834,8 @@ he2::DecodeResult Decode(ByteSource& source, std::uint64_t size, const ByteSink&
             const std::uint64_t stopBit = feed.AllHere() ? UINT64_MAX : std::uint64_t{in.size} * kBitsPerByte - kWindowMargin;
             const std::int64_t wanted = length - produced - (out - base);
             unsigned char* end = out + std::min<std::int64_t>(wanted, base + room - out);
-            AheadLanes* lanes = ahead && end - out >= kRoundOutput ? &*ahead : nullptr;
+            // Lanes where a round fits before `end`, or where `end` is the output's own end.
+            AheadLanes* lanes = ahead && (end - out >= kRoundOutput || end - out == wanted) ? &*ahead : nullptr;
             if (auto error = DecodeSymbols(*tree, lookup ? &*lookup : nullptr, lanes, in, out, end, stopBit)) return fail(Fail(*error));
         }
         if (out != base && !flush()) return {DecodeFailure::Write, {}};

@@ -6,6 +6,9 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <algorithm>
+#include <cmath>
+
 #include "skindocument.h"
 
 namespace skin {
@@ -32,6 +35,28 @@ inline OleColour ToOle(const QColor& colour)
     return static_cast<OleColour>(static_cast<std::uint32_t>(rgb.red()) |
                                   (static_cast<std::uint32_t>(rgb.green()) << 8) |
                                   (static_cast<std::uint32_t>(rgb.blue()) << 16));
+}
+
+// The contrast ratio of two colours as the web's accessibility guidelines define it, from 1
+// (the same luminance) to 21 (black on white); text reads clearly from 4.5 on.
+inline double ContrastRatio(const QColor& a, const QColor& b)
+{
+    const auto luminance = [](const QColor& colour) {
+        const auto linear = [](double channel) {
+            return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+        };
+        const QColor rgb = colour.toRgb();
+        return 0.2126 * linear(rgb.redF()) + 0.7152 * linear(rgb.greenF()) + 0.0722 * linear(rgb.blueF());
+    };
+    const double la = luminance(a);
+    const double lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// White or black, whichever sets `ink` off more; either way at least 4.58 : 1.
+inline QColor PlateFor(const QColor& ink)
+{
+    return ContrastRatio(ink, Qt::white) >= ContrastRatio(ink, Qt::black) ? QColor(Qt::white) : QColor(Qt::black);
 }
 
 }  // namespace skin

@@ -167,10 +167,18 @@ void QtSurfaceView::mirrorLabels(const EditorSurface& surface, const SkinDocumen
         widget->setText(Q(label.caption));
         const int frameStyle = label.border ? (QFrame::Box | QFrame::Plain) : QFrame::NoFrame;
         if (widget->frameStyle() != frameStyle) widget->setFrameStyle(frameStyle);
-        // Transparent labels keep a back colour that is never drawn.
-        if (widget->autoFillBackground() == label.transparent) widget->setAutoFillBackground(!label.transparent);
-        SetRoleColour(*widget, QPalette::Window, ToQColor(document.Colour(field, ColourRole::Back)));
-        SetRoleColour(*widget, QPalette::WindowText, ToQColor(document.Colour(field, ColourRole::Text)));
+        // Transparent labels keep a back colour that is never drawn. Over a side that has no
+        // picture yet they would lie on the dark empty-frame art, where dark text cannot be
+        // read: there they show on a plate of white or black, whichever sets their text off
+        // more. The stored colours stay as they are.
+        const QColor ink = ToQColor(document.Colour(field, ColourRole::Text));
+        const bool onEmptyFrame = surface.framePictures[SideIndex(SideOf(field))] == kNoPicture;
+        const bool filled = !label.transparent || onEmptyFrame;
+        if (widget->autoFillBackground() != filled) widget->setAutoFillBackground(filled);
+        SetRoleColour(*widget, QPalette::Window,
+                      label.transparent && onEmptyFrame ? PlateFor(ink)
+                                                        : ToQColor(document.Colour(field, ColourRole::Back)));
+        SetRoleColour(*widget, QPalette::WindowText, ink);
         widget->setVisible(label.visible);
     }
 }

@@ -4,6 +4,7 @@
 
 #include "editorcontroller.h"
 #include "guitest.h"
+#include "qtcolour.h"
 
 namespace skin::testing {
 
@@ -169,7 +170,6 @@ private slots:
 
     void toolsActOnTheSelectionAndShowTheirFaces()
     {
-        QVERIFY(!widget("lblReceiveDate")->autoFillBackground());  // transparent, its system text colour unused
         QCOMPARE(widget("lblReceiveMess")->palette().color(QPalette::Window), QColor(0xE0, 0xE0, 0xE0));
 
         drawAndName("imgSend", {20, 30}, {120, 90}, "mnuSObjectArea0");
@@ -317,6 +317,38 @@ private slots:
         QTest::keyClick(window.get(), Qt::Key_Delete);
         QVERIFY(!document().KindUsed(SkinSide::Send, 2) && !box->isVisible());
         QCOMPARE(widget("lblCurrSel")->text(), QStringLiteral("Current Selection:"));
+    }
+
+    // On a side without a picture every label reads clearly: its text stands off what lies
+    // behind it by at least 4.5 : 1, whatever its text colour; the stored colours stay.
+    void labelsReadClearlyOnAnEmptyFrame()
+    {
+        drawAndName("imgRecieve", {10, 10}, {110, 40}, "mnuRObjectArea0");   // Date
+        drawAndName("imgRecieve", {10, 60}, {110, 90}, "mnuRObjectArea1");   // Sender
+        drawAndName("imgRecieve", {10, 110}, {200, 160}, "mnuRObjectArea2"); // Message
+        drawAndName("imgSend", {10, 10}, {150, 40}, "mnuSObjectArea0");      // User List
+        const OleColour storedText = document().Colour(TextField::ReceiveDate, ColourRole::Text);
+        const auto contrastOf = [this](const char* name) {
+            QLabel* label = widget(name);
+            const QImage shot = window->grab(label->geometry()).toImage();
+            QHash<QRgb, int> counts;
+            for (int y = 0; y < shot.height(); ++y) {
+                for (int x = 0; x < shot.width(); ++x) ++counts[shot.pixel(x, y)];
+            }
+            QRgb ground = counts.begin().key();
+            for (auto it = counts.begin(); it != counts.end(); ++it) if (it.value() > counts[ground]) ground = it.key();
+            double best = 1;
+            for (auto it = counts.begin(); it != counts.end(); ++it) best = std::max(best, ContrastRatio(QColor(it.key()), QColor(ground)));
+            return best;
+        };
+        for (OleColour ink : {storedText, OleColour{0x00FFFFFF}, OleColour{0x00808080}, OleColour{0x00402010}}) {
+            for (TextField field : {TextField::ReceiveDate, TextField::ReceiveSender}) controller->editor().SetColour(field, ColourRole::Text, ink);
+            for (const char* name : {"lblReceiveDate", "lblReceiveSender", "lblReceiveMess", "lblSendUsers"}) {
+                QVERIFY2(contrastOf(name) >= 4.5, qPrintable(QStringLiteral("%1, ink %2: %3").arg(name).arg(ink, 0, 16).arg(contrastOf(name))));
+            }
+            QCOMPARE(document().Colour(TextField::ReceiveDate, ColourRole::Text), ink);
+        }
+        QCOMPARE(document().Colour(TextField::ReceiveDate, ColourRole::Back), document().Colour(TextField::ReceiveSender, ColourRole::Back));
     }
 
     void messageBoxesShowLinesWithoutCarriageReturnsAndAnswer()

@@ -1,9 +1,11 @@
 #include "frmhelp.h"
 
+#include <QFontMetrics>
 #include <QLabel>
 #include <QPainter>
 #include <QWindow>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <tuple>
@@ -93,6 +95,54 @@ constexpr std::array kHelpRows{
     HelpRow{Panel::Right, Piece::Picture, 870, 3180, 600, 375, "help_create", "Click to Create the Skin Package File",
             "imgHelpCreate"},
 };
+
+constexpr int kFooterTop = 3765;        // twips: where the footer strip starts
+constexpr qreal kSmallestStepPoints = 6;
+constexpr qreal kStepPointsStep = 0.25;
+
+bool IsStepText(const QObject* piece)
+{
+    return piece->objectName() == QLatin1String("lblStepText") || piece->objectName() == QLatin1String("lblStep");
+}
+
+// The height a step text takes in `font` at the label's width, wrapped as the label wraps it.
+int TextHeight(const QLabel& label, const QFont& font)
+{
+    const int flags = Qt::AlignLeft | Qt::AlignTop | (label.wordWrap() ? Qt::TextWordWrap : 0);
+    return QFontMetrics(font).boundingRect(QRect(0, 0, label.width(), 1 << 20), flags, label.text()).height();
+}
+
+// The steps were laid out for Tahoma; other faces run wider or taller, and a text would then
+// reach the step below it (or run past its panel). Each text that does is set smaller until it
+// ends at least a pixel above whatever text lies below it and within its panel.
+void FitStepTexts(QWidget& panel, int bottom, int right)
+{
+    const QList<QLabel*> pieces = panel.findChildren<QLabel*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QLabel* text : pieces) {
+        if (!IsStepText(text)) continue;
+        int limit = bottom;
+        for (const QLabel* other : pieces) {
+            const QRect below = other->geometry();
+            if (other != text && IsStepText(other) && below.top() > text->y() && below.left() <= text->geometry().right() &&
+                below.right() >= text->x()) {
+                limit = std::min(limit, below.top() - 1);
+            }
+        }
+        const int room = limit - text->y();
+        QFont font = text->font();
+        const auto fits = [&] {
+            return TextHeight(*text, font) <= room &&
+                   (text->wordWrap() || text->x() + QFontMetrics(font).horizontalAdvance(text->text()) <= right);
+        };
+        while (!fits() && font.pointSizeF() > kSmallestStepPoints) font.setPointSizeF(font.pointSizeF() - kStepPointsStep);
+        text->setFont(font);
+        if (text->wordWrap()) {
+            text->resize(text->width(), std::min(text->height(), room));
+        } else {
+            text->adjustSize();
+        }
+    }
+}
 
 QWidget* Strip(QWidget* parent, const char* name, QRect twips)
 {
@@ -211,6 +261,8 @@ void FrmHelp::buildSteps()
             break;
         }
     }
+    FitStepTexts(*this, Px(kFooterTop), Px(kRightPanelLeft));
+    FitStepTexts(*right, Px(kFooterTop), right->width());
 }
 
 void FrmHelp::buildStrips()

@@ -15,6 +15,7 @@ import configparser
 import glob
 import os
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -274,6 +275,8 @@ def main():
     if missing:
         print(f"FAILED: {', '.join(missing)} not installed (scripts/setup.sh installs them)", file=sys.stderr)
         return 1
+    # Ended from outside (a timeout), the session still takes sway and the program down with it.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("terminated"))
     session, ok = None, False
     started = time.monotonic()
     try:

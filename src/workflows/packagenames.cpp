@@ -7,6 +7,7 @@
 #include <array>
 #include <cctype>
 
+#include "ini.h"
 #include "windows1252.h"
 
 namespace skin {
@@ -34,24 +35,56 @@ std::size_t sequenceLength(unsigned char lead) {
     return 1;
 }
 
+// Why one character (a UTF-8 sequence) cannot stand in the package's text; nullopt when it can.
+std::optional<std::string> characterFault(std::string_view character) {
+    if (FromWindows1252(ToWindows1252(character)) != character) {
+        return "contains the character \"" + std::string(character) + "\", which the package's text (Windows-1252) cannot hold";
+    }
+    const auto byte = static_cast<unsigned char>(character[0]);
+    const bool c1Control = character.size() == 2 && byte == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+    if (byte < 0x20 || byte == 0x7F || c1Control) return std::string("contains a control character");
+    return std::nullopt;
+}
+
+// Calls `each` with every character of `text` until it returns a fault.
+template <typename Check>
+std::optional<std::string> firstCharacterFault(std::string_view text, Check each) {
+    for (std::size_t pos = 0; pos < text.size();) {
+        const std::size_t length = std::min(sequenceLength(static_cast<unsigned char>(text[pos])), text.size() - pos);
+        const std::string_view character = text.substr(pos, length);
+        pos += length;
+        if (auto fault = each(character)) return fault;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
+
+std::optional<std::string> SkinTextFault(std::string_view text) {
+    if (auto fault = firstCharacterFault(text, characterFault)) return fault;
+    // The reader trims blanks around a value, drops quotes around the whole of it and keeps
+    // no more than its buffer holds.
+    if (!text.empty() && text.front() == ' ') return std::string("begins with a blank, which the skin information file drops");
+    if (!text.empty() && text.back() == ' ') return std::string("ends in a blank, which the skin information file drops");
+    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front()) {
+        return std::string("is set in quotation marks, which the skin information file drops");
+    }
+    if (ToWindows1252(text).size() > kIniValueLimit) {
+        return "is longer than the " + std::to_string(kIniValueLimit) + " characters the skin information file keeps";
+    }
+    return std::nullopt;
+}
 
 std::optional<std::string> PackageNameFault(std::string_view name) {
     if (name.empty()) return "is empty";
-    for (std::size_t pos = 0; pos < name.size();) {
-        const std::size_t length = std::min(sequenceLength(static_cast<unsigned char>(name[pos])), name.size() - pos);
-        const std::string_view character = name.substr(pos, length);
-        pos += length;
-        if (FromWindows1252(ToWindows1252(character)) != character) {
-            return "contains the character \"" + std::string(character) + "\", which the package's text (Windows-1252) cannot hold";
-        }
-        const auto byte = static_cast<unsigned char>(character[0]);
-        const bool c1Control = character.size() == 2 && byte == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
-        if (byte < 0x20 || byte == 0x7F || c1Control) return std::string("contains a control character");
+    auto fileNameCharacterFault = [](std::string_view character) -> std::optional<std::string> {
+        if (auto fault = characterFault(character)) return fault;
         if (kForbidden.find(character) != std::string_view::npos) {
             return "contains the character \"" + std::string(character) + "\", which Windows does not allow in file names";
         }
-    }
+        return std::nullopt;
+    };
+    if (auto fault = firstCharacterFault(name, fileNameCharacterFault)) return fault;
     if (name.back() == '.') return std::string("ends in a dot, which Windows drops from file names");
     if (name.back() == ' ') return std::string("ends in a blank, which Windows drops from file names");
     // Windows takes a device name with any extension, and ignores blanks before the dot.

@@ -67,13 +67,20 @@ void failurePath(Platform& platform) {
     show(platform, kFailureText, kScriptErrorTitle, MessageIcon::Information);
 }
 
+// A name that is a file name for the client and a value of the information file.
+std::optional<std::string> packedNameFault(std::string_view name) {
+    if (auto fault = PackageNameFault(name)) return fault;
+    return SkinTextFault(name);
+}
+
 // The skin name (the package's root folder and, without blanks, its information file) and the
-// picture file names are written as file names by the client on Windows. One that it could not
-// use, or that the package's text cannot hold, is refused here, before anything is written,
-// with what is wrong and what to change.
-bool namesFitAPackage(const SkinDocument& document, Platform& platform) {
+// picture file names are written as file names by the client on Windows, and all of them and
+// the author are read back from the information file. One that the client could not use, or
+// that would not read back as typed, is refused here, before anything is written, with what is
+// wrong and what to change.
+bool textsFitAPackage(const SkinDocument& document, Platform& platform) {
     const std::string& skinName = document.SkinName();
-    std::optional<std::string> fault = PackageNameFault(skinName);
+    std::optional<std::string> fault = packedNameFault(skinName);
     if (!fault) {
         const std::string informationName = SkinInformationFileName(skinName);
         if (auto derived = PackageNameFault(informationName)) {
@@ -86,9 +93,15 @@ bool namesFitAPackage(const SkinDocument& document, Platform& platform) {
         platform.FocusTextBox(TextBox::SkinName);
         return false;
     }
+    if (auto authorFault = SkinTextFault(document.SkinAuthor())) {
+        show(platform, "The author \"" + document.SkinAuthor() + "\" " + *authorFault + ".\r\nPlease change the author.",
+             kCreationErrorTitle, MessageIcon::Information);
+        platform.FocusTextBox(TextBox::SkinAuthor);
+        return false;
+    }
     for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) {
         const std::string& fileName = document.PictureFileName(side);
-        if (auto pictureFault = PackageNameFault(fileName)) {
+        if (auto pictureFault = packedNameFault(fileName)) {
             show(platform,
                  std::string("The file name of the ") + (side == SkinSide::Send ? "Send" : "Receive") + " picture, \"" +
                      fileName + "\", " + *pictureFault + ".\r\nPlease rename the picture file and load it again.",
@@ -191,7 +204,7 @@ void CreateSkinPackage(Editor& editor, Platform& platform) {
         platform.FocusTextBox(TextBox::SkinAuthor);
         return;
     }
-    if (!namesFitAPackage(document, platform)) return;
+    if (!textsFitAPackage(document, platform)) return;
 
     const std::optional<FileChoice> choice = askPackagePath(platform);
     if (!choice) {

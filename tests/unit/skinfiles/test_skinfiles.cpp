@@ -296,25 +296,32 @@ TEST_F(CreationTest, NamesAPackageCannotCarryAreRefusedBeforeAnythingIsWritten) 
               "for a device.\r\nPlease change the skin name.");
 
     editor.SetSkinName("My Skin");
+    editor.SetSkinAuthor("\u0410\u043d\u0430");  // would be written as "???"
+    CreateSkinPackage(editor, platform);
+    EXPECT_EQ(platform.messages.back().text, "The author \"\u0410\u043d\u0430\" contains the character \"\u0410\", which the "
+                                             "package's text (Windows-1252) cannot hold.\r\nPlease change the author.");
+    EXPECT_EQ(platform.log.back(), "focus txtSkinAuthor");
+    editor.SetSkinAuthor("Ana");
     for (const auto& [side, name] : {std::pair{SkinSide::Send, "logo\\v2.bmp"}, {SkinSide::Receive, "\u0416\u0430\u0440.bmp"}}) {
         editor.SetSidePicture(side, Path("pictures/send.bmp"), name);
         CreateSkinPackage(editor, platform);
         editor.SetSidePicture(side, Path("pictures/send.bmp"), "fine.bmp");
     }
-    EXPECT_EQ(std::get<0>(Message(2)), "The file name of the Send picture, \"logo\\v2.bmp\", contains the character "
+    EXPECT_EQ(std::get<0>(Message(3)), "The file name of the Send picture, \"logo\\v2.bmp\", contains the character "
                                        "\"\\\", which Windows does not allow in file names.\r\nPlease rename the "
                                        "picture file and load it again.");
-    EXPECT_EQ(std::get<0>(Message(3)), "The file name of the Receive picture, \"\u0416\u0430\u0440.bmp\", contains the "
+    EXPECT_EQ(std::get<0>(Message(4)), "The file name of the Receive picture, \"\u0416\u0430\u0440.bmp\", contains the "
                                        "character \"\u0416\", which the package's text (Windows-1252) cannot hold."
                                        "\r\nPlease rename the picture file and load it again.");
-    EXPECT_EQ(platform.messages.size(), 4u);
+    EXPECT_EQ(platform.messages.size(), 5u);
     EXPECT_TRUE(platform.saveDialogs.empty());
     EXPECT_FALSE(platform.hourglass);
     EXPECT_TRUE(fs::is_empty(platform.tempFolder));
 }
 
-// The rule for names in a package: what Windows cannot use as a file name or Windows-1252
-// cannot hold is refused, with the reason; everything else passes unchanged.
+// The rules for names and texts in a package: what Windows cannot use as a file name, or what
+// would not read back unchanged from the information file, is refused with the reason;
+// everything else passes.
 TEST(PackageNameFault, RefusesWhatTheClientCouldNotWriteAndNothingElse) {
     for (const char* safe : {"My Skin", "send skin.bmp", "recv-01.bmp", " leading blank", ".hidden", "caf\u00e9 \u20ac.bmp",
                              "CONSOLE.bmp", "COM10", "LPT0.bmp", "NULL", "a.b.c", "AC-DC", "\u0152uvre"}) {
@@ -341,7 +348,22 @@ TEST(PackageNameFault, RefusesWhatTheClientCouldNotWriteAndNothingElse) {
     for (const auto& [name, fault] : refused) EXPECT_EQ(PackageNameFault(name), std::optional<std::string>(fault)) << name;
     for (const char* forbidden : {":", "*", "\"", "<", ">", "|"}) {
         EXPECT_NE(PackageNameFault(std::string("a") + forbidden + "b"), std::nullopt) << forbidden;
+        EXPECT_EQ(SkinTextFault(std::string("a") + forbidden + "b"), std::nullopt) << forbidden;
     }
+
+    for (const std::string& text : {std::string(), std::string("Ostervale \"Studio\""), std::string("caf\u00e9"),
+                                    std::string(254, 'x')}) {
+        EXPECT_EQ(SkinTextFault(text), std::nullopt) << text;
+    }
+    const std::pair<std::string, const char*> unreadable[] = {
+        {" Ana", "begins with a blank, which the skin information file drops"},
+        {"Ana ", "ends in a blank, which the skin information file drops"},
+        {"'Ana'", "is set in quotation marks, which the skin information file drops"},
+        {"line\nbreak", "contains a control character"},
+        {"\u0410", "contains the character \"\u0410\", which the package's text (Windows-1252) cannot hold"},
+        {std::string(254, 'x') + "\u00e9", "is longer than the 254 characters the skin information file keeps"},
+    };
+    for (const auto& [text, fault] : unreadable) EXPECT_EQ(SkinTextFault(text), std::optional<std::string>(fault)) << text;
 }
 
 // TMPDIR when it names an existing folder, otherwise /tmp/; a platform that fails falls back to it.

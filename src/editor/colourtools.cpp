@@ -78,8 +78,9 @@ void Editor::PickerReleased() {
         surface_.Label(f).visible = true;
         surface_.Boxes(SideOf(f))[surface_.TextFieldBox(f)].visible = false;
     }
-    // Released where nothing could be read: the swatch was not read there, so it is not applied.
-    if (surface_.swatchUnread) {
+    // Released where nothing could be read, the swatch was not read there, so it is not
+    // applied; the desktop's pick may answer instead, as it does for a click on the picker.
+    if (surface_.swatchUnread || platform_.PickerHandsOverToDesktop()) {
         showNow();
         const std::optional<OleColour> picked = platform_.PickColourWithDesktop();
         if (!picked) return;

@@ -94,6 +94,9 @@ public:
     // picks a pixel anywhere on the screen. nullopt when the desktop offers none, or the pick
     // was cancelled or failed.
     virtual std::optional<OleColour> PickColourWithDesktop() = 0;
+    // Whether the pointer rests on the picker button in a session whose screen cannot be read
+    // but whose desktop offers its own pick: a click on the picker hands over to that pick.
+    virtual bool PickerHandsOverToDesktop() = 0;
     // The picker's pointer image on the main window while the picker is held.
     virtual void SetPickerPointer(bool on) = 0;
 

@@ -17,6 +17,7 @@
 
 
 #include "art.h"
+#include "facebutton.h"
 #include "packagesupport.h"
 #include "qtcolour.h"
 
@@ -281,6 +282,13 @@ std::optional<OleColour> QtPlatform::PickColourWithDesktop()
     inputBlocker_.setBlocked(false);
     if (!colour) return std::nullopt;
     return ToOle(*colour);
+}
+
+bool QtPlatform::PickerHandsOverToDesktop()
+{
+    QWidget* picker = widgets_.imgPicker;
+    if (!picker->rect().contains(picker->mapFromGlobal(QCursor::pos()))) return false;
+    return CurrentPickerReach() == PickerReach::OwnWindowsAndDesktop;
 }
 
 // While a mouse button is held Qt keeps showing the pressed widget's pointer, so the picker

@@ -64,6 +64,7 @@ public:
 
     std::optional<OleColour> ScreenPixelAtPointer() override;
     std::optional<OleColour> PickColourWithDesktop() override;
+    bool PickerHandsOverToDesktop() override;
     void SetPickerPointer(bool on) override;
 
     void OpenWebPage(const std::string& url) override;

@@ -65,8 +65,8 @@ QString PickerTooltip(PickerReach reach)
     case PickerReach::WholeScreen:
         return fixed;
     case PickerReach::OwnWindowsAndDesktop:
-        return fixed + QStringLiteral(" (in this session it reads only this window; released elsewhere, it opens "
-                                      "the desktop's colour picker)");
+        return fixed + QStringLiteral(" (in this session it reads only this window; clicked, or released elsewhere, "
+                                      "it opens the desktop's colour picker)");
     case PickerReach::OwnWindowsOnly:
         break;
     }

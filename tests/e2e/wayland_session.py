@@ -4,9 +4,10 @@ input on the compositor's own path (a virtual pointer, a virtual keyboard): the 
 undecorated at its size, a drag on its background moves it by the drag's distance, a picture
 loads through the open dialog, an area is drawn and named through the pop-up menu, the picker
 over a colour chip colours the selected label (and, released where the session lets nothing be
-read, changes nothing), and a package is created and loads back with the same values.
+read, changes nothing), once a desktop portal answers a click on the picker takes the colour
+the portal picked, and a package is created and loads back with the same values.
 
-    wayland_session.py --app PROGRAM --bsztool BSZTOOL --out BUILD_FOLDER
+    wayland_session.py --app PROGRAM --bsztool BSZTOOL --fake-portal FAKE_PORTAL --out BUILD_FOLDER
 
 Screenshots stay in the build folder (wayland-*.png); on failure the step is named."""
 
@@ -32,6 +33,11 @@ from xdriver import DriverError, poll, run  # noqa: E402
 SEND_GROUND, SEND_BLOCK, RECEIVE_GROUND = "#5080C0", "#203060", "#D8E8F0"
 USER_LIST = ("Send", "User List", [(20, 20), (60, 60), (110, 100), (150, 130)])
 CHIP_COLOUR = "#FF0000"
+PORTAL_RGB, PORTAL_COLOUR = ("0.2", "0.6", "0.4"), "#339966"  # what the fake desktop portal picks
+# A session bus of the test's own, with no service folders: nothing on it starts a real portal.
+BUS_CONFIG = """<busconfig><type>session</type><listen>unix:tmpdir={folder}</listen><auth>EXTERNAL</auth>
+<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
+<allow own="*"/></policy></busconfig>"""
 TOOLTIP = "#FFFFDC"  # the tooltips' ground
 INITIAL_BACK = "#E0E0E0"  # the User List's start back colour, 0x00E0E0E0
 SKIN_NAME, SKIN_AUTHOR = "Tidewater", "Ostervale Studio"
@@ -46,8 +52,31 @@ class Session:
         self.program_tmp = os.path.join(self.work, "tmp")
         os.makedirs(self.program_tmp)
         self.package = os.path.join(self.work, "TIDE01.bsz")
-        self.app = WaylandApp(sway, args.app, TITLE, dict(os.environ, TMPDIR=self.program_tmp),
+        self.bus, self.portal = self.start_bus(), None
+        self.app = WaylandApp(sway, args.app, TITLE,
+                              dict(os.environ, TMPDIR=self.program_tmp, DBUS_SESSION_BUS_ADDRESS=self.bus_address),
                               os.path.join(self.out, "wayland-program.log"))
+
+    def start_bus(self):
+        config = os.path.join(self.work, "bus.conf")
+        with open(config, "w") as f:
+            f.write(BUS_CONFIG.format(folder=self.work))
+        bus = subprocess.Popen(["dbus-daemon", f"--config-file={config}", "--nofork", "--print-address"],
+                               stdout=subprocess.PIPE, text=True)
+        self.bus_address = bus.stdout.readline().strip()
+        return bus
+
+    def start_portal(self):
+        self.portal = subprocess.Popen([self.args.fake_portal, *PORTAL_RGB], stdout=subprocess.PIPE, text=True,
+                                       env=dict(os.environ, DBUS_SESSION_BUS_ADDRESS=self.bus_address))
+        expect(self.portal.stdout.readline().strip() == "ready", "the fake portal did not come up")
+
+    def close(self):
+        for process in (self.portal, self.bus):
+            if process is not None and process.poll() is None:
+                process.kill()
+                process.wait()
+        shutil.rmtree(self.work, ignore_errors=True)
 
     def begin(self, name):
         self.step = name
@@ -203,6 +232,12 @@ class Session:
         width = self.tooltip_width(PIC_PREVIEW)
         expect(width > 200, f"the swatch's tooltip is {width} pixels wide")
 
+        self.begin("a desktop portal comes up: a click on the picker applies the colour the desktop's pick gives")
+        self.start_portal()
+        app.click(*IMG_PICKER)
+        self.wait_label_back(PORTAL_COLOUR, "the label in the colour the portal picked")
+        expect(self.portal.stdout.readline().strip() == "pick", "the portal was not asked for a pick")
+
         self.begin("create the package through the save dialog, answer Yes to start anew")
         dialog = app.expect_window(lambda: app.click(*CMD_CREATE), name="Save Skin Package")
         app.type_text(self.package)
@@ -224,7 +259,7 @@ class Session:
         box = app.expect_window(lambda: app.keys("Return"), name="Brindleway - Skin Framewright", timeout=30)
         app.keys("Return")
         app.wait_gone(box)
-        image = self.wait_label_back(CHIP_COLOUR, "the loaded label in the chip's colour")
+        image = self.wait_label_back(PORTAL_COLOUR, "the loaded label in the portal's colour")
         image = self.shot("wayland-05-loaded.png")
         expect(image.at(*on("Send", 5, 250)) == SEND_GROUND, "the Send picture did not come back")
         expect(ink(image, TXT_SKIN_NAME) > 40 and ink(image, TXT_SKIN_AUTHOR) > 40, "name or author box is empty")
@@ -235,7 +270,7 @@ class Session:
         app.drag([IMG_ARR_RIGHT, IMG_ARR_RIGHT], held=lambda: time.sleep(0.6))
         # One step is 10 twips (2/3 pixel): the label's left column is left behind only after three.
         poll("the label moved by the held arrow", lambda: self.shot("wayland-06-nudged.png").at(x + 1, y + h - 4)
-             != CHIP_COLOUR)
+             != PORTAL_COLOUR)
 
         self.begin("the close button ends the program")
         app.click(*IMG_CLOSE)
@@ -256,7 +291,7 @@ class Session:
         expect((g["Skin Name"], g["Skin Author"], g["Skin Send Image"], g["Skin Recieve Image"]) ==
                (SKIN_NAME, SKIN_AUTHOR, "send skin.bmp", "recv.bmp"),
                f"[Global]: {dict(g)}")
-        expect(ini["Send Colours"]["User List Back Colour"] == str(ole(CHIP_COLOUR)),
+        expect(ini["Send Colours"]["User List Back Colour"] == str(ole(PORTAL_COLOUR)),
                f"User List Back Colour = {ini['Send Colours']['User List Back Colour']}")
         got = [int(ini["Send User List"][k]) for k in ("Left", "Top", "Width", "Height")]
         want = expected_rect(USER_LIST[0], USER_LIST[2])
@@ -265,13 +300,13 @@ class Session:
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    for option in ("--app", "--bsztool", "--out"):
+    for option in ("--app", "--bsztool", "--fake-portal", "--out"):
         parser.add_argument(option, required=True)
     args = parser.parse_args()
     os.makedirs(args.out, exist_ok=True)
     for old in glob.glob(os.path.join(args.out, "wayland-*.png")):
         os.remove(old)
-    missing = [tool for tool in ("sway", "swaymsg", "grim", "wtype", "convert") if shutil.which(tool) is None]
+    missing = [tool for tool in ("sway", "swaymsg", "grim", "wtype", "convert", "dbus-daemon") if shutil.which(tool) is None]
     if missing:
         print(f"FAILED: {', '.join(missing)} not installed (scripts/setup.sh installs them)", file=sys.stderr)
         return 1
@@ -298,7 +333,7 @@ def main():
                 session.app.stop()
     finally:
         if session is not None:
-            shutil.rmtree(session.work, ignore_errors=True)
+            session.close()
     print(f"{'passed' if ok else 'failed'} in {time.monotonic() - started:.0f} s")
     return 0 if ok else 1
 

@@ -3,63 +3,18 @@
 // swatch, and the desktop portal's pick (a fake portal on a private session bus) answers for
 // the rest of the screen.
 
-#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusContext>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
 
 #include "art.h"
 #include "editorcontroller.h"
 #include "fakeplatform.h"
+#include "fakeportal.h"
 #include "guitest.h"
 #include "portalcolourpick.h"
 #include "screenpixelsource.h"
 
 namespace skin::testing {
-
-// The Screenshot interface of a desktop portal: PickColor answers on the request object
-// named by the caller's handle token, after a short while, as the real portal does.
-class FakePortal : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Screenshot")
-
-public:
-    explicit FakePortal(QDBusConnection bus) : bus_(std::move(bus)) {}
-    enum class Answer { Colour, Cancel, BadColour, Never };
-    Answer answer = Answer::Colour;
-    double rgb[3] = {1.0, 0.2, 0.0};
-    int calls = 0;
-
-public slots:
-    QDBusObjectPath PickColor(const QString&, const QVariantMap& options)
-    {
-        ++calls;
-        QString sender = message().service().mid(1);
-        sender.replace(QLatin1Char('.'), QLatin1Char('_'));
-        const QString path = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2")
-                                 .arg(sender, options.value(QStringLiteral("handle_token")).toString());
-        if (answer != Answer::Never) {
-            QTimer::singleShot(30, this, [this, path] {
-                QVariantMap results;
-                QDBusArgument colour;
-                colour.beginStructure();
-                colour << rgb[0] << rgb[1] << (answer == Answer::BadColour ? 7.5 : rgb[2]);
-                colour.endStructure();
-                results.insert(QStringLiteral("color"), QVariant::fromValue(colour));
-                QDBusMessage response = QDBusMessage::createSignal(path, QStringLiteral("org.freedesktop.portal.Request"),
-                                                                   QStringLiteral("Response"));
-                response << uint(answer == Answer::Cancel ? 1 : 0) << results;
-                bus_.send(response);
-            });
-        }
-        return QDBusObjectPath(path);
-    }
-
-private:
-    QDBusConnection bus_;
-};
 
 class PickerTest : public QObject {
     Q_OBJECT
@@ -181,9 +136,7 @@ private slots:
         PortalColourPick pick;
         QVERIFY(!pick.available());
         QCOMPARE(pick.pick(), std::nullopt);
-        QVERIFY(portalBus().registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), portal.get(),
-                                           QDBusConnection::ExportAllSlots));
-        QVERIFY(portalBus().registerService(portalName));
+        QVERIFY(portal->serve());
         QVERIFY(pick.available());
         QCOMPARE(CurrentPickerReach(), PickerReach::WholeScreen);  // offscreen grabs read something
 

@@ -22,6 +22,7 @@ public:
     std::deque<std::optional<AreaKind>> menuAnswers;       // default when empty: dismissed
     std::deque<std::optional<OleColour>> screenPixels;     // default when empty: 0; nullopt: unreadable
     std::deque<std::optional<OleColour>> desktopPicks;     // default when empty: no desktop pick
+    bool pickerHandsOver = false;                          // a click on the picker opens the desktop pick
     bool picturesLoad = true;                              // whether LoadPicture reads the file
 
     // --- record ---
@@ -112,6 +113,7 @@ public:
         log.push_back("desktop pick");
         return pop(desktopPicks);
     }
+    bool PickerHandsOverToDesktop() override { return pickerHandsOver; }
     void SetPickerPointer(bool on) override { pickerPointer = on; }
     void OpenWebPage(const std::string& url) override { webPages.push_back(url); }
 

@@ -97,6 +97,14 @@ TEST_F(EditorTest, PickerStoresOnlyColoursItRead) {
     editor.PickerReleased();
     EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kTeal);
     EXPECT_EQ(std::count(platform.log.begin(), platform.log.end(), "desktop pick"), 3);
+
+    // Where the desktop picks, a click on the picker (no tick read anything) opens its pick.
+    platform.pickerHandsOver = true;
+    platform.desktopPicks = {kRed};
+    editor.PickerPressed();
+    editor.PickerReleased();
+    EXPECT_EQ(doc().Colour(TextField::SendUsers, ColourRole::Back), kRed);
+    EXPECT_EQ(std::count(platform.log.begin(), platform.log.end(), "desktop pick"), 4);
 }
 
 TEST_F(EditorTest, PickerSwapsNamedTextFieldsForTheirBoxesInOneChange) {

@@ -5,9 +5,11 @@ undecorated at its size, a drag on its background moves it by the drag's distanc
 loads through the open dialog, an area is drawn and named through the pop-up menu, the picker
 over a colour chip colours the selected label (and, released where the session lets nothing be
 read, changes nothing), once a desktop portal answers a click on the picker takes the colour
-the portal picked, and a package is created and loads back with the same values.
+the portal picked, a package is created and loads back with the same values, and files dragged
+from another program are refused or taken at the drop.
 
-    wayland_session.py --app PROGRAM --bsztool BSZTOOL --fake-portal FAKE_PORTAL --out BUILD_FOLDER
+    wayland_session.py --app PROGRAM --bsztool BSZTOOL --fake-portal FAKE_PORTAL --drag-source DRAG_SOURCE
+                       --out BUILD_FOLDER
 
 Screenshots stay in the build folder (wayland-*.png); on failure the step is named."""
 
@@ -27,10 +29,10 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from designer_session import (BARE_BACKGROUND, CBO_OPTIONS, CMD_CREATE, IMG_ARR_RIGHT, IMG_CLOSE, IMG_PICKER,  # noqa: E402
                               IMG_RECEIVE_LOAD, IMG_SEND_LOAD, PIC_PREVIEW, RED_CHIP, TITLE, TXT_SKIN_AUTHOR, TXT_SKIN_NAME,
                               TWIPS, Check, expect, expected_rect, ink, ole, on)
-from wldriver import Sway, WaylandApp  # noqa: E402
+from wldriver import Sway, WaylandApp, windows  # noqa: E402
 from xdriver import DriverError, poll, run  # noqa: E402
 
-SEND_GROUND, SEND_BLOCK, RECEIVE_GROUND = "#5080C0", "#203060", "#D8E8F0"
+SEND_GROUND, SEND_BLOCK, RECEIVE_GROUND, DROPPED_GROUND = "#5080C0", "#203060", "#D8E8F0", "#806040"
 USER_LIST = ("Send", "User List", [(20, 20), (60, 60), (110, 100), (150, 130)])
 CHIP_COLOUR = "#FF0000"
 PORTAL_RGB, PORTAL_COLOUR = ("0.2", "0.6", "0.4"), "#339966"  # what the fake desktop portal picks
@@ -272,10 +274,60 @@ class Session:
         poll("the label moved by the held arrow", lambda: self.shot("wayland-06-nudged.png").at(x + 1, y + h - 4)
              != PORTAL_COLOUR)
 
+        self.drops()
+
         self.begin("the close button ends the program")
         app.click(*IMG_CLOSE)
         poll("the program's end", lambda: app.process.poll() is not None)
         expect(app.process.returncode == 0, f"the program ended with status {app.process.returncode}")
+
+    def drag_from_source(self, path, onto):
+        """Drags `path` from another program's window onto a point of the main window, through
+        the compositor's drag and drop; returns how the drag source says the drop ended."""
+        app = self.app
+        source = subprocess.Popen([self.args.drag_source, path], stdout=subprocess.PIPE, text=True,
+                                  env=dict(os.environ, **app.session_env()))
+        try:
+            window = poll("the drag source's window", lambda: next(
+                (w for w in windows() if w.get("pid") == source.pid and w["name"] == "drag source"), None))
+            run(["swaymsg", f"[pid={source.pid}] move position 8 8"])
+            poll("the drag source in the corner", lambda: next(
+                (w["rect"]["x"] < 40 for w in windows() if w.get("pid") == source.pid), False))
+            time.sleep(0.2)
+            start = (60, 50)
+            pointer = app.pointer
+            pointer.move(*start)
+            time.sleep(0.1)
+            pointer.button(True)
+            time.sleep(0.3)  # the drag starts at the press
+            target = app.point(*onto)
+            for i in range(1, 9):
+                pointer.move(start[0] + (target[0] - start[0]) * i // 8, start[1] + (target[1] - start[1]) * i // 8)
+                time.sleep(0.05)
+            time.sleep(0.3)
+            pointer.button(False)
+            return source.communicate(timeout=10)[0].strip()
+        finally:
+            if source.poll() is None:
+                source.kill()
+                source.wait()
+
+    def drops(self):
+        self.begin("files dropped from another program: a text file is refused, a picture loads into its frame")
+        notes = os.path.join(self.work, "notes.txt")
+        with open(notes, "w") as f:
+            f.write("not a picture\n")
+        dropped = os.path.join(self.work, "dropped.bmp")
+        run(["convert", "-size", "181x110", f"xc:{DROPPED_GROUND}", "-type", "TrueColor", f"BMP3:{dropped}"])
+        spot = on("Receive", 60, 60)
+        ended = self.drag_from_source(notes, spot)
+        expect(ended == "ignore", f"the drop of a text file ended as '{ended}'")
+        time.sleep(0.3)
+        expect(self.shot("wayland-07-refused.png").at(*spot) == RECEIVE_GROUND, "a refused drop changed the frame")
+        ended = self.drag_from_source(dropped, spot)
+        expect(ended == "copy", f"the drop of a picture ended as '{ended}'")
+        poll("the dropped picture in the Receive frame", lambda: self.shot("wayland-07-dropped.png").at(*spot)
+             == DROPPED_GROUND)
 
     def check_package(self):
         unpack_dir = os.path.join(self.work, "unpacked")
@@ -300,7 +352,7 @@ class Session:
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    for option in ("--app", "--bsztool", "--fake-portal", "--out"):
+    for option in ("--app", "--bsztool", "--fake-portal", "--drag-source", "--out"):
         parser.add_argument(option, required=True)
     args = parser.parse_args()
     os.makedirs(args.out, exist_ok=True)

@@ -1,16 +1,21 @@
-// HE2 decoder. The header is checked in stream order; the payload is decoded through a 12-bit
+// HE2 decoder. The header is checked in stream order; the payload is decoded through a 14-bit
 // lookup table that yields up to three whole symbols at a time, and every case the table cannot
 // settle (long codes, a missing child, the last bytes of payload or output) falls back to the
 // bit-by-bit tree walk, so errors arise at exactly the bit where the tree walk meets them.
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -364,10 +369,11 @@ public:
 // stands on a boundary the lane of that segment recorded; from there both decodes are the same,
 // and the scratch output is taken over. If no recorded boundary is met, the main lane decodes
 // that segment itself. Only the main lane's own tree walk raises errors, so errors arise exactly
-// where the single walk meets them.
-constexpr int kLanes = 3;
-constexpr int kAheadLanes = kLanes - 1;
-constexpr std::uint64_t kSegmentBits = std::uint64_t{1} << 18;  // 32 KB of payload
+// where the single walk meets them. The main lane runs beside the first speculative lane; the
+// other two run together on a second thread where the machine has one, else after them.
+constexpr int kAheadLanes = 3;
+constexpr int kLanes = kAheadLanes + 1;
+constexpr std::uint64_t kSegmentBits = std::uint64_t{1} << 17;  // 16 KB of payload
 constexpr int kRecordedLookups = 256;
 constexpr std::int64_t kLanesWorthwhile = std::int64_t{1} << 20;
 // The most output one round can give: a byte per payload bit of its segments, and some.
@@ -392,13 +398,83 @@ struct AheadLane {
     unsigned char* ScratchEnd() { return scratch.data() + scratch.size(); }
 };
 
-// The speculative lanes' buffers, made once for a whole stream.
-using AheadLanes = std::array<AheadLane, kAheadLanes>;
+// A second thread that runs one job a round. A round's work takes tens of microseconds, so each
+// side spins a while before it sleeps: a sleeping thread can take longer than that to wake.
+class RoundWorker {
+public:
+    RoundWorker() : thread_([this] { Serve(); }) {}
+    RoundWorker(const RoundWorker&) = delete;
+    RoundWorker& operator=(const RoundWorker&) = delete;
+    ~RoundWorker() {
+        Post(kQuit);
+        thread_.join();
+    }
 
-AheadLanes MakeAheadLanes() {
-    AheadLanes lanes;
-    for (AheadLane& ahead : lanes) ahead.scratch.resize(kSegmentBits + kStepRoom);
-    return lanes;
+    void Start(const std::function<void()>& job) {
+        job_ = &job;
+        Post(kRunning);
+    }
+    void Finish() { AwaitNot(kRunning); }
+
+private:
+    enum State : int { kIdle, kRunning, kQuit };
+
+    void Post(State state) {
+        state_.store(state, std::memory_order_release);
+        state_.notify_one();
+    }
+
+    // Returns the first state other than `state`. The spin yields the processor, in case the
+    // other thread waits for it on this one.
+    int AwaitNot(int state) {
+        const auto spinUntil = std::chrono::steady_clock::now() + std::chrono::microseconds(200);
+        for (unsigned n = 1;; ++n) {
+            const int now = state_.load(std::memory_order_acquire);
+            if (now != state) return now;
+            if (n % 16 == 0) {
+                if (std::chrono::steady_clock::now() > spinUntil) break;
+                std::this_thread::yield();
+            }
+        }
+        for (;;) {
+            state_.wait(state, std::memory_order_acquire);
+            const int now = state_.load(std::memory_order_acquire);
+            if (now != state) return now;
+        }
+    }
+
+    void Serve() {
+        while (AwaitNot(kIdle) == kRunning) {
+            (*job_)();
+            Post(kIdle);
+        }
+    }
+
+    std::atomic<int> state_{kIdle};
+    const std::function<void()>* job_ = nullptr;
+    std::thread thread_;
+};
+
+// The speculative lanes' buffers and the second thread, made once for a whole stream.
+struct AheadLanes {
+    std::array<AheadLane, kAheadLanes> lanes;
+    std::unique_ptr<RoundWorker> worker;  // none on a machine of one processor, or if none starts
+};
+
+std::unique_ptr<AheadLanes> MakeAheadLanes() {
+    auto ahead = std::make_unique<AheadLanes>();
+    for (AheadLane& lane : ahead->lanes) {
+        lane.scratch.resize(kSegmentBits + kStepRoom);
+        lane.boundaries.reserve(kRecordedLookups);  // the second thread then allocates nothing
+    }
+    if (std::thread::hardware_concurrency() > 1) {
+        try {
+            ahead->worker = std::make_unique<RoundWorker>();
+        } catch (const std::system_error&) {
+            // the rounds run on this thread alone
+        }
+    }
+    return ahead;
 }
 
 class LanesDecoder {
@@ -427,55 +503,69 @@ private:
     void Record(AheadLane& ahead) {
         ahead.boundaries.clear();
         while (ahead.alive && ahead.boundaries.size() < kRecordedLookups) {
-            ahead.boundaries.push_back({ahead.in.pos, ahead.Produced()});
             Lane lane = table_.Start(ahead.in.pos, ahead.out);
-            table_.Refill(lane);
-            if (table_.LookupOnce(table_.table_, lane)) {
-                ahead.in.pos = table_.Pos(lane);
-                ahead.out = lane.out;
-            } else {
-                Walk(ahead);
+            bool settled = true;
+            while (settled && ahead.boundaries.size() < kRecordedLookups) {
+                ahead.boundaries.push_back({table_.Pos(lane), static_cast<std::size_t>(lane.out - ahead.scratch.data())});
+                LaneDecoder::Refill(lane);
+                settled = LaneDecoder::LookupOnce(table_.table_, lane);
             }
+            ahead.in.pos = table_.Pos(lane);
+            ahead.out = lane.out;
+            if (!settled) Walk(ahead);
         }
     }
 
-    // The main lane and every live speculative lane in lock step, while all have room.
-    std::optional<std::string_view> RunTogether(unsigned char*& out, unsigned char* end, std::uint64_t mainStop) {
+    // The main lane (when `kWithMain`) and the given speculative lanes in lock step, while all
+    // live and have room.
+    template <bool kWithMain, std::size_t kCount>
+    std::optional<std::string_view> RunTogether(const std::array<AheadLane*, kCount>& aheads, unsigned char*& out,
+                                                unsigned char* end, std::uint64_t mainStop) {
+        constexpr std::size_t kFirst = kWithMain ? 1 : 0;
+        constexpr std::size_t kAll = kFirst + kCount;
         const Tables table = table_.table_;
         for (;;) {
-            for (const AheadLane& ahead : ahead_)
-                if (!ahead.alive) return std::nullopt;
-            std::array<Lane, kLanes> lanes;
-            lanes[0] = table_.Start(in_.pos, out);
-            for (int k = 1; k < kLanes; ++k) lanes[k] = table_.Start(ahead_[k - 1].in.pos, ahead_[k - 1].out);
-            std::uint64_t steps = table_.SafeSteps(lanes[0], end, mainStop);
-            for (int k = 1; k < kLanes; ++k)
-                steps = std::min(steps, table_.SafeSteps(lanes[k], ahead_[k - 1].ScratchEnd(), ahead_[k - 1].stop));
-            std::array<bool, kLanes> settled;
+            for (const AheadLane* ahead : aheads)
+                if (!ahead->alive) return std::nullopt;
+            std::array<Lane, kAll> lanes;
+            std::uint64_t steps = UINT64_MAX;
+            if constexpr (kWithMain) {
+                lanes[0] = table_.Start(in_.pos, out);
+                steps = table_.SafeSteps(lanes[0], end, mainStop);
+            }
+            for (std::size_t k = 0; k < kCount; ++k) {
+                lanes[kFirst + k] = table_.Start(aheads[k]->in.pos, aheads[k]->out);
+                steps = std::min(steps, table_.SafeSteps(lanes[kFirst + k], aheads[k]->ScratchEnd(), aheads[k]->stop));
+            }
+            std::array<bool, kAll> settled;
             settled.fill(true);
             for (; steps > 0; --steps) {
                 bool all = true;
-                for (int k = 0; k < kLanes; ++k) {
+                for (std::size_t k = 0; k < kAll; ++k) {
                     settled[k] = LaneDecoder::Step(table, lanes[k]);
                     all &= settled[k];
                 }
                 if (!all) break;
             }
-            in_.pos = table_.Pos(lanes[0]);
-            out = lanes[0].out;
-            for (int k = 1; k < kLanes; ++k) {
-                ahead_[k - 1].in.pos = table_.Pos(lanes[k]);
-                ahead_[k - 1].out = lanes[k].out;
+            if constexpr (kWithMain) {
+                in_.pos = table_.Pos(lanes[0]);
+                out = lanes[0].out;
+            }
+            for (std::size_t k = 0; k < kCount; ++k) {
+                aheads[k]->in.pos = table_.Pos(lanes[kFirst + k]);
+                aheads[k]->out = lanes[kFirst + k].out;
             }
             bool stuck = true;
-            if (!settled[0]) {
-                stuck = false;
-                if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
-            }
-            for (int k = 1; k < kLanes; ++k) {
-                if (!settled[k]) {
+            if constexpr (kWithMain) {
+                if (!settled[0]) {
                     stuck = false;
-                    Walk(ahead_[k - 1]);
+                    if (auto error = DecodeOneSymbol(tree_, in_, out)) return error;
+                }
+            }
+            for (std::size_t k = 0; k < kCount; ++k) {
+                if (!settled[kFirst + k]) {
+                    stuck = false;
+                    Walk(*aheads[k]);
                 }
             }
             if (stuck) return std::nullopt;  // a lane is near its limits
@@ -525,20 +615,39 @@ private:
     std::optional<std::string_view> Round(unsigned char*& out, unsigned char* end) {
         const std::uint64_t first = in_.pos + kSegmentBits;
         for (int k = 0; k < kAheadLanes; ++k) {
-            AheadLane& ahead = ahead_[k];
+            AheadLane& ahead = ahead_.lanes[k];
             ahead.start = first + k * kSegmentBits;
             ahead.stop = ahead.start + kSegmentBits;
             ahead.in = BitReader{in_.payload, in_.size, ahead.start};
             ahead.out = ahead.scratch.data();
             ahead.alive = true;
-            Record(ahead);
         }
-        if (auto error = RunTogether(out, end, first)) return error;
-        if (auto error = RunMain(out, end, first)) return error;
-        for (AheadLane& ahead : ahead_) Finish(ahead);
-        for (AheadLane& ahead : ahead_) {
-            if (auto error = RunMain(out, end, ahead.start)) return error;
-            if (auto error = Join(ahead, out, end)) return error;
+        AheadLane& near = ahead_.lanes[0];
+        AheadLane& second = ahead_.lanes[1];
+        AheadLane& third = ahead_.lanes[2];
+        // The far lanes read only the payload and write only their own buffers.
+        const std::function<void()> far = [&] {
+            Record(second);
+            Record(third);
+            unsigned char* none = nullptr;
+            RunTogether<false, 2>({&second, &third}, none, nullptr, 0);
+            Finish(second);
+            Finish(third);
+        };
+        if (ahead_.worker) ahead_.worker->Start(far);
+        Record(near);
+        auto error = RunTogether<true, 1>({&near}, out, end, first);
+        if (!error) error = RunMain(out, end, first);
+        if (!error) Finish(near);
+        if (ahead_.worker) {
+            ahead_.worker->Finish();  // before anything returns: the far lanes use this round's buffers
+        } else if (!error) {
+            far();
+        }
+        if (error) return error;
+        for (AheadLane& ahead : ahead_.lanes) {
+            if (auto failure = RunMain(out, end, ahead.start)) return failure;
+            if (auto failure = Join(ahead, out, end)) return failure;
         }
         return std::nullopt;
     }
@@ -796,8 +905,8 @@ he2::DecodeResult Decode(ByteSource& source, std::uint64_t size, const ByteSink&
         const bool worthLookup = reachable >= static_cast<std::uint64_t>(kLookupWorthwhile);
         const auto lookup = worthLookup ? std::optional<Lookup>(BuildLookup(*tree)) : std::nullopt;
         // Lanes pay for their buffers on long outputs only.
-        auto ahead = lookup && reachable >= static_cast<std::uint64_t>(kLanesWorthwhile) ? std::optional<AheadLanes>(MakeAheadLanes())
-                                                                                           : std::nullopt;
+        auto ahead = lookup && reachable >= static_cast<std::uint64_t>(kLanesWorthwhile) ? MakeAheadLanes()
+                                                                                           : std::unique_ptr<AheadLanes>();
         std::vector<unsigned char> chunk;
         unsigned char* base = nullptr;
         std::size_t room = 0;
@@ -835,7 +944,7 @@ he2::DecodeResult Decode(ByteSource& source, std::uint64_t size, const ByteSink&
             const std::int64_t wanted = length - produced - (out - base);
             unsigned char* end = out + std::min<std::int64_t>(wanted, base + room - out);
             // Lanes where a round fits before `end`, or where `end` is the output's own end.
-            AheadLanes* lanes = ahead && (end - out >= kRoundOutput || end - out == wanted) ? &*ahead : nullptr;
+            AheadLanes* lanes = ahead && (end - out >= kRoundOutput || end - out == wanted) ? ahead.get() : nullptr;
             if (auto error = DecodeSymbols(*tree, lookup ? &*lookup : nullptr, lanes, in, out, end, stopBit)) return fail(Fail(*error));
         }
         if (out != base && !flush()) return {DecodeFailure::Write, {}};

@@ -4,8 +4,6 @@
 // bit-by-bit tree walk, so errors arise at exactly the bit where the tree walk meets them.
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -14,14 +12,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
-#include <thread>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "huffmancoding.h"
 #include "huffmanformat.h"
+#include "helperthread.h"
 #include "huffmaninternal.h"
 
 namespace skin {
@@ -398,67 +395,10 @@ struct AheadLane {
     unsigned char* ScratchEnd() { return scratch.data() + scratch.size(); }
 };
 
-// A second thread that runs one job a round. A round's work takes tens of microseconds, so each
-// side spins a while before it sleeps: a sleeping thread can take longer than that to wake.
-class RoundWorker {
-public:
-    RoundWorker() : thread_([this] { Serve(); }) {}
-    RoundWorker(const RoundWorker&) = delete;
-    RoundWorker& operator=(const RoundWorker&) = delete;
-    ~RoundWorker() {
-        Post(kQuit);
-        thread_.join();
-    }
-
-    void Start(const std::function<void()>& job) {
-        job_ = &job;
-        Post(kRunning);
-    }
-    void Finish() { AwaitNot(kRunning); }
-
-private:
-    enum State : int { kIdle, kRunning, kQuit };
-
-    void Post(State state) {
-        state_.store(state, std::memory_order_release);
-        state_.notify_one();
-    }
-
-    // Returns the first state other than `state`. The spin yields the processor, in case the
-    // other thread waits for it on this one.
-    int AwaitNot(int state) {
-        const auto spinUntil = std::chrono::steady_clock::now() + std::chrono::microseconds(200);
-        for (unsigned n = 1;; ++n) {
-            const int now = state_.load(std::memory_order_acquire);
-            if (now != state) return now;
-            if (n % 16 == 0) {
-                if (std::chrono::steady_clock::now() > spinUntil) break;
-                std::this_thread::yield();
-            }
-        }
-        for (;;) {
-            state_.wait(state, std::memory_order_acquire);
-            const int now = state_.load(std::memory_order_acquire);
-            if (now != state) return now;
-        }
-    }
-
-    void Serve() {
-        while (AwaitNot(kIdle) == kRunning) {
-            (*job_)();
-            Post(kIdle);
-        }
-    }
-
-    std::atomic<int> state_{kIdle};
-    const std::function<void()>* job_ = nullptr;
-    std::thread thread_;
-};
-
 // The speculative lanes' buffers and the second thread, made once for a whole stream.
 struct AheadLanes {
     std::array<AheadLane, kAheadLanes> lanes;
-    std::unique_ptr<RoundWorker> worker;  // none on a machine of one processor, or if none starts
+    HelperLease worker;  // none on a machine of one processor, or if none starts
 };
 
 std::unique_ptr<AheadLanes> MakeAheadLanes() {
@@ -467,13 +407,7 @@ std::unique_ptr<AheadLanes> MakeAheadLanes() {
         lane.scratch.resize(kSegmentBits + kStepRoom);
         lane.boundaries.reserve(kRecordedLookups);  // the second thread then allocates nothing
     }
-    if (std::thread::hardware_concurrency() > 1) {
-        try {
-            ahead->worker = std::make_unique<RoundWorker>();
-        } catch (const std::system_error&) {
-            // the rounds run on this thread alone
-        }
-    }
+    ahead->worker = LendHelperThread();
     return ahead;
 }
 

@@ -1,19 +1,23 @@
 // HE2 encoder. The code tree is built node by node exactly as the format prescribes (double
 // weights, the heaviest-first work list with its tie-breaks), because tie-breaking decides the
-// bytes; the speed comes from counting and from emitting codes a 64-bit word at a time.
+// bytes; the speed comes from counting and from emitting codes a 64-bit word at a time, on long
+// inputs in two halves on two threads.
 #include <algorithm>
 #include <array>
 #include <cassert>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "helperthread.h"
 #include "huffmancoding.h"
 #include "huffmanformat.h"
 #include "huffmaninternal.h"
-#include <memory>
 
 namespace skin {
 namespace {
@@ -289,6 +293,68 @@ unsigned char* EmitPayload(const unsigned char* in, std::size_t size, const Code
     return EmitLongCodes(in, size, codes, out, state);
 }
 
+// Appends the whole bytes [from, to) and then the bits of `tail` behind the bits that `state`
+// holds for `out`: every byte shifts by as many bits as `state` holds.
+unsigned char* AppendBits(unsigned char* out, BitState& state, const unsigned char* from, const unsigned char* to,
+                          BitState tail) {
+    const auto count = static_cast<std::size_t>(to - from);
+    const unsigned shift = state.filled;
+    std::uint64_t carry = state.buffer;
+    if (shift == 0) {
+        std::memcpy(out, from, count);
+    } else {
+        std::size_t j = 0;
+        for (; j + sizeof carry <= count; j += sizeof carry) {
+            const std::uint64_t word = LoadWord(from + j);
+            StoreWord(out + j, carry | word << shift);
+            carry = word >> (64 - shift);
+        }
+        for (; j < count; ++j) {
+            out[j] = static_cast<unsigned char>(carry | std::uint64_t{from[j]} << shift);
+            carry = from[j] >> (kBitsPerByte - shift);
+        }
+    }
+    out += count;
+    std::uint64_t pending = carry | tail.buffer << shift;
+    unsigned filled = shift + tail.filled;
+    if (filled >= kBitsPerByte) {
+        *out++ = static_cast<unsigned char>(pending);
+        pending >>= kBitsPerByte;
+        filled -= kBitsPerByte;
+    }
+    state = {pending, filled};
+    return out;
+}
+
+// Pieces at least this long are shared with the helper thread, half each.
+constexpr std::size_t kHalvesWorthwhile = std::size_t{64} << 10;
+
+// The codes of a piece, with the helper coding its second half from the first bit of `second`,
+// whose bits then follow the first half's: the same bits as one thread writes.
+unsigned char* EmitInHalves(HelperThread& helper, const unsigned char* in, std::size_t size, const Codes& codes,
+                            unsigned char* out, BitState& state, unsigned char* second) {
+    const std::size_t half = size / 2;
+    BitState secondState;
+    unsigned char* secondEnd = second;
+    const std::function<void()> job = [&] { secondEnd = EmitPayload(in + half, size - half, codes, second, secondState); };
+    helper.Start(job);
+    out = EmitPayload(in, half, codes, out, state);
+    helper.Finish();
+    return AppendBits(out, state, second, secondEnd, secondState);
+}
+
+Counts CountInHalves(HelperThread* helper, const unsigned char* data, std::size_t size) {
+    if (helper == nullptr || size < kHalvesWorthwhile) return CountBytes(data, size);
+    const std::size_t half = size / 2;
+    Counts second{};
+    const std::function<void()> job = [&] { second = CountBytes(data + half, size - half); };
+    helper->Start(job);
+    Counts counts = CountBytes(data, half);
+    helper->Finish();
+    for (int b = 0; b < kSymbols; ++b) counts[b] += second[b];
+    return counts;
+}
+
 void AppendDecimal(std::string& out, std::uint64_t value) {
     char digits[24];
     const auto end = std::to_chars(std::begin(digits), std::end(digits), value).ptr;
@@ -304,11 +370,24 @@ unsigned XorOf(const unsigned char* p, std::size_t size) {
     return static_cast<unsigned>(folded & 0xFF);
 }
 
+unsigned XorInHalves(HelperThread* helper, const unsigned char* data, std::size_t size) {
+    if (helper == nullptr || size < kHalvesWorthwhile) return XorOf(data, size);
+    const std::size_t half = size / 2;
+    unsigned second = 0;
+    const std::function<void()> job = [&] { second = XorOf(data + half, size - half); };
+    helper->Start(job);
+    const unsigned first = XorOf(data, half);
+    helper->Finish();
+    return first ^ second;
+}
+
 // Input is read in pieces that stay in the second-level cache; a piece's payload fits the
 // output piece whatever the code lengths.
 constexpr std::size_t kInputPiece = std::size_t{256} << 10;
 constexpr std::size_t kOutputPiece = std::size_t{512} << 10;
 constexpr std::size_t kWordRoom = sizeof(std::uint64_t);
+// Inputs at least this long share their work with a helper thread.
+constexpr std::uint64_t kHelperWorthwhile = std::uint64_t{1} << 20;
 
 }  // namespace
 
@@ -322,6 +401,7 @@ struct StreamEncoder::Planned {
     unsigned checksum = 0;
     std::uint64_t payloadBytes = 0;
     std::vector<unsigned char> input;
+    HelperLease helper;  // for long inputs, where the machine has one
 };
 
 StreamEncoder::StreamEncoder() = default;
@@ -333,17 +413,18 @@ bool StreamEncoder::Plan(ByteSource& source, std::uint64_t size, bool force) {
     plan.size = size;
     plan.header.assign(kHe0Signature);
     if (size == 0) return true;
+    if (size >= kHelperWorthwhile) plan.helper = LendHelperThread();
     Counts counts{};
     std::string_view resident;
     if (source.InMemory(resident) && resident.size() >= size) {
-        counts = CountBytes(reinterpret_cast<const unsigned char*>(resident.data()), static_cast<std::size_t>(size));
+        counts = CountInHalves(plan.helper.get(), reinterpret_cast<const unsigned char*>(resident.data()), static_cast<std::size_t>(size));
     } else {
         plan.input.resize(std::min<std::uint64_t>(size, kInputPiece));
         for (std::uint64_t done = 0; done < size;) {
             const std::ptrdiff_t got = source.Read(reinterpret_cast<char*>(plan.input.data()),
                                                    static_cast<std::size_t>(std::min<std::uint64_t>(size - done, kInputPiece)));
             if (got <= 0) return false;
-            const Counts piece = CountBytes(plan.input.data(), static_cast<std::size_t>(got));
+            const Counts piece = CountInHalves(plan.helper.get(), plan.input.data(), static_cast<std::size_t>(got));
             for (int b = 0; b < kSymbols; ++b) counts[b] += piece[b];
             done += static_cast<std::uint64_t>(got);
         }
@@ -389,6 +470,8 @@ StreamEncoder::Result StreamEncoder::Write(ByteSource& source, const ByteSink& s
     const std::size_t piece =
         plan.stored ? kInputPiece : std::min(kInputPiece, kOutputPiece * kBitsPerByte / static_cast<std::size_t>(maxLength));
     std::vector<unsigned char> output(plan.stored ? 0 : kOutputPiece + kWordRoom);
+    // The helper's half of a piece: its payload fits the output piece, as the whole piece's does.
+    std::vector<unsigned char> second(plan.stored || !plan.helper ? 0 : kOutputPiece + kWordRoom);
     // Bytes already in memory are coded in place, others through the input buffer.
     std::string_view resident;
     const bool inPlace = source.InMemory(resident) && resident.size() >= plan.size;
@@ -410,10 +493,12 @@ StreamEncoder::Result StreamEncoder::Write(ByteSource& source, const ByteSink& s
         if (got == 0) return Result::InputChanged;
         const auto count = static_cast<std::size_t>(got);
         done += count;
-        checksum ^= XorOf(in, count);
+        checksum ^= XorInHalves(plan.helper.get(), in, count);
         std::string_view bytes(reinterpret_cast<const char*>(in), count);
         if (!plan.stored) {
-            unsigned char* end = EmitPayload(in, count, plan.codes, output.data(), state);
+            unsigned char* end = plan.helper && count >= kHalvesWorthwhile
+                                     ? EmitInHalves(*plan.helper, in, count, plan.codes, output.data(), state, second.data())
+                                     : EmitPayload(in, count, plan.codes, output.data(), state);
             bytes = {reinterpret_cast<const char*>(output.data()), static_cast<std::size_t>(end - output.data())};
         }
         payload += bytes.size();

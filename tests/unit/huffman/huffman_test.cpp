@@ -197,6 +197,11 @@ TEST(HuffmanEncode, AgreesWithTheLiteralEncoderAndRoundTrips) {
     for (std::uint64_t s = 0, a = 1, b = 1; s < 34; ++s, b = std::exchange(a, b) + b) deep.append(a, static_cast<char>(s));
     std::shuffle(deep.begin(), deep.end(), rng);
     inputs.push_back(deep);
+    // Long enough to be coded in halves on two threads, with short codes and an odd length.
+    std::string skewed(1311071, '\0');
+    std::geometric_distribution<int> letters(0.2);
+    for (auto& c : skewed) c = static_cast<char>('a' + std::min(letters(rng), 25));
+    inputs.push_back(skewed);
     inputs.push_back("");
     for (const auto& input : inputs) {
         for (bool force : {false, true}) {

@@ -25,7 +25,8 @@ import tempfile
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "lib"))
-from xdriver import App, DriverError, Xvfb, geometry, run, topmost, toplevel  # noqa: E402
+from session import expect, run_session  # noqa: E402
+from xdriver import App, Xvfb, geometry, run, topmost, toplevel  # noqa: E402
 
 TITLE = "Brindleway Skin Framewright"
 TWIPS = 15  # per pixel
@@ -116,15 +117,6 @@ def expected_rect(side, path):
     return [left - ox, top - oy, width, height]
 
 
-class Check(Exception):
-    pass
-
-
-def expect(condition, message):
-    if not condition:
-        raise Check(message)
-
-
 def ink(image, centre_point):
     """Dark pixels of a text box's inner part: its typed text."""
     x, y = centre_point
@@ -142,6 +134,9 @@ class Session:
                        os.path.join(self.out, "e2e-program.log"))
         self.enabled = {side: [True] * 8 for side in MENUS}
         self.expected = {}
+
+    def close(self):
+        shutil.rmtree(self.work, ignore_errors=True)
 
     def begin(self, name):
         self.step = name
@@ -465,28 +460,9 @@ def main():
             os.makedirs(folder, exist_ok=True)
     for old in glob.glob(os.path.join(args.out, "e2e-*.png")):
         os.remove(old)
-    session, ok = None, False
-    try:
-        with Xvfb():
-            session = Session(args)
-            try:
-                session.run()
-                ok = True
-            except (Check, DriverError, subprocess.SubprocessError, OSError) as error:
-                print(f"FAILED at '{session.step}': {error}", file=sys.stderr)
-                try:
-                    session.app.screen_shot(os.path.join(args.out, "e2e-failure.png"))
-                except DriverError:
-                    pass
-                with open(session.app.log_path) as log:
-                    print("program output:\n" + log.read()[-3000:], file=sys.stderr)
-            finally:
-                session.app.stop()
-    finally:
-        if session is not None:
-            shutil.rmtree(session.work, ignore_errors=True)
-    print("passed" if ok else "failed")
-    return 0 if ok else 1
+    status = run_session(lambda *_: Session(args), [Xvfb()], os.path.join(args.out, "e2e-failure.png"))
+    print("passed" if status == 0 else "failed")
+    return status
 
 
 if __name__ == "__main__":

@@ -16,13 +16,13 @@ import glob
 import os
 import re
 import shutil
-import subprocess
 import sys
 import tempfile
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "lib"))
-from xdriver import App, DriverError, Openbox, Xvfb, geometry, poll, run, topmost, toplevel, xdotool  # noqa: E402
+from session import expect, run_session  # noqa: E402
+from xdriver import App, Openbox, Xvfb, geometry, poll, run, topmost, toplevel, xdotool  # noqa: E402
 
 TITLE = "Brindleway Skin Framewright"
 HELP_TITLE = f"Help - {TITLE}"
@@ -46,15 +46,6 @@ HELP_PLACE = (300, 20)  # on the screen, clear of the main window's tools
 SKIN_NAME = "Desk Skin"
 
 
-class Check(Exception):
-    pass
-
-
-def expect(condition, message):
-    if not condition:
-        raise Check(message)
-
-
 class Session:
     def __init__(self, args):
         self.args, self.out, self.step = args, args.out, "start"
@@ -63,6 +54,9 @@ class Session:
         missing = os.path.join(self.work, "no such folder")
         self.app = App(args.app, TITLE, dict(os.environ, TMPDIR=missing), os.path.join(self.out, "e2e-desk-program.log"))
         self.help = None
+
+    def close(self):
+        shutil.rmtree(self.work, ignore_errors=True)
 
     def begin(self, name):
         self.step = name
@@ -188,28 +182,9 @@ def main():
     os.makedirs(args.out, exist_ok=True)
     for old in glob.glob(os.path.join(args.out, "e2e-desk-*.png")):
         os.remove(old)
-    session, ok = None, False
-    try:
-        with Xvfb(), Openbox():
-            session = Session(args)
-            try:
-                session.run()
-                ok = True
-            except (Check, DriverError, subprocess.SubprocessError, OSError) as error:
-                print(f"FAILED at '{session.step}': {error}", file=sys.stderr)
-                try:
-                    session.app.screen_shot(os.path.join(args.out, "e2e-desk-failure.png"))
-                except DriverError:
-                    pass
-                with open(session.app.log_path) as log:
-                    print("program output:\n" + log.read()[-3000:], file=sys.stderr)
-            finally:
-                session.app.stop()
-    finally:
-        if session is not None:
-            shutil.rmtree(session.work, ignore_errors=True)
-    print("passed" if ok else "failed")
-    return 0 if ok else 1
+    status = run_session(lambda *_: Session(args), [Xvfb(), Openbox()], os.path.join(args.out, "e2e-desk-failure.png"))
+    print("passed" if status == 0 else "failed")
+    return status
 
 
 if __name__ == "__main__":

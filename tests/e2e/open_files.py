@@ -17,6 +17,7 @@ import time
 from urllib.parse import quote
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "lib"))
+from session import Check, expect  # noqa: E402
 from xdnd import XdndSource  # noqa: E402
 from xdriver import App, DriverError, Xvfb, poll, run, xdotool  # noqa: E402
 
@@ -27,15 +28,6 @@ SEND_FRAME = (19, 51, 362, 258)  # left, top, width, height in window pixels
 RECEIVE_FRAME = (409, 51, 362, 219)
 BACKGROUND = (300, 20)
 GREEN, ORANGE, BLUE = (0x20, 0xA0, 0x40), (0xF0, 0x80, 0x10), (0x30, 0x40, 0xD0)
-
-
-class Check(Exception):
-    pass
-
-
-def expect(condition, message):
-    if not condition:
-        raise Check(message)
 
 
 def centre(frame):

@@ -28,9 +28,10 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "lib
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from designer_session import (BARE_BACKGROUND, CBO_OPTIONS, CMD_CREATE, IMG_ARR_RIGHT, IMG_CLOSE, IMG_PICKER,  # noqa: E402
                               IMG_RECEIVE_LOAD, IMG_SEND_LOAD, PIC_PREVIEW, RED_CHIP, TITLE, TXT_SKIN_AUTHOR, TXT_SKIN_NAME,
-                              TWIPS, Check, expect, expected_rect, ink, ole, on)
+                              TWIPS, expected_rect, ink, ole, on)
+from session import expect, run_session  # noqa: E402
 from wldriver import Sway, WaylandApp, windows  # noqa: E402
-from xdriver import DriverError, poll, run  # noqa: E402
+from xdriver import poll, run  # noqa: E402
 
 SEND_GROUND, SEND_BLOCK, RECEIVE_GROUND, DROPPED_GROUND = "#5080C0", "#203060", "#D8E8F0", "#806040"
 USER_LIST = ("Send", "User List", [(20, 20), (60, 60), (110, 100), (150, 130)])
@@ -288,7 +289,7 @@ class Session:
         source = subprocess.Popen([self.args.drag_source, path], stdout=subprocess.PIPE, text=True,
                                   env=dict(os.environ, **app.session_env()))
         try:
-            window = poll("the drag source's window", lambda: next(
+            poll("the drag source's window", lambda: next(
                 (w for w in windows() if w.get("pid") == source.pid and w["name"] == "drag source"), None))
             run(["swaymsg", f"[pid={source.pid}] move position 8 8"])
             poll("the drag source in the corner", lambda: next(
@@ -364,30 +365,10 @@ def main():
         return 1
     # Ended from outside (a timeout), the session still takes sway and the program down with it.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("terminated"))
-    session, ok = None, False
     started = time.monotonic()
-    try:
-        with Sway() as sway:
-            session = Session(args, sway)
-            try:
-                session.run()
-                ok = True
-            except (Check, DriverError, subprocess.SubprocessError, OSError) as error:
-                print(f"FAILED at '{session.step}': {error}", file=sys.stderr)
-                try:
-                    session.app.screen_shot(os.path.join(args.out, "wayland-failure.png"))
-                except (DriverError, OSError):
-                    pass
-                if os.path.exists(session.app.log_path):
-                    with open(session.app.log_path) as log:
-                        print("program output:\n" + log.read()[-3000:], file=sys.stderr)
-            finally:
-                session.app.stop()
-    finally:
-        if session is not None:
-            session.close()
-    print(f"{'passed' if ok else 'failed'} in {time.monotonic() - started:.0f} s")
-    return 0 if ok else 1
+    status = run_session(lambda sway: Session(args, sway), [Sway()], os.path.join(args.out, "wayland-failure.png"))
+    print(f"{'passed' if status == 0 else 'failed'} in {time.monotonic() - started:.0f} s")
+    return status
 
 
 if __name__ == "__main__":

@@ -13,7 +13,7 @@ import tempfile
 import time
 
 from vpointer import BTN_LEFT, VirtualPointer
-from xdriver import DriverError, Image, poll, run
+from xdriver import DriverError, Image, Program, poll, run
 
 SWAY_CONFIG = """\
 xwayland disable
@@ -118,7 +118,7 @@ def windows():
     return found
 
 
-class WaylandApp:
+class WaylandApp(Program):
     """The program under test; input positions are relative to its main window's corner."""
 
     def __init__(self, sway, binary, title, env, log_path):
@@ -135,15 +135,6 @@ class WaylandApp:
     @staticmethod
     def session_env():
         return {k: os.environ[k] for k in ("XDG_RUNTIME_DIR", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
-
-    def assert_running(self):
-        if self.process.poll() is not None:
-            raise DriverError(f"the program ended with status {self.process.returncode}")
-
-    def stop(self):
-        if self.process and self.process.poll() is None:
-            self.process.kill()
-            self.process.wait()
 
     def own_windows(self):
         return [w for w in windows() if w.get("pid") == self.process.pid]

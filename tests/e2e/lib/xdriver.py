@@ -154,7 +154,21 @@ class Image:
         return sum(1 for yy in range(y, y + height) for xx in range(x, x + width) if accept(self.rgb(xx, yy)))
 
 
-class App:
+class Program:
+    """A started program under test, X or Wayland: `process` is its Popen."""
+    process = None
+
+    def assert_running(self):
+        if self.process.poll() is not None:
+            raise DriverError(f"the program ended with status {self.process.returncode}")
+
+    def stop(self):
+        if self.process and self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+
+
+class App(Program):
     """The program under test; input positions are relative to its main window's corner."""
 
     def __init__(self, binary, title, env, log_path):
@@ -177,15 +191,6 @@ class App:
         x, y, w, h = geometry(self.window)
         self.origin, self.size = (x, y), (w, h)
         return self.window
-
-    def assert_running(self):
-        if self.process.poll() is not None:
-            raise DriverError(f"the program ended with status {self.process.returncode}")
-
-    def stop(self):
-        if self.process and self.process.poll() is None:
-            self.process.kill()
-            self.process.wait()
 
     def visible_windows(self):
         return [int(w) for w in xdotool("search", "--onlyvisible", "--pid", self.process.pid, check=False).split()]

@@ -237,48 +237,6 @@ private slots:
         QCOMPARE(title, QStringLiteral("Package Creation Error"));
     }
 
-    // With TMPDIR naming no folder, a package is made and loaded back through the system's
-    // default temporary folder: nothing escapes the button's or the list's slot, and the busy
-    // state ends each time.
-    void aTemporaryFolderThatIsMissingFallsBackToTheSystemOne()
-    {
-        QTemporaryDir folder;
-        const QString picture = folder.filePath(QStringLiteral("p.bmp"));
-        QImage(8, 8, QImage::Format_RGB32).save(picture, "BMP");
-        Editor& editor = controller->editor();
-        for (SkinSide side : {SkinSide::Send, SkinSide::Receive}) editor.SetSidePicture(side, picture.toStdString(), "p.bmp");
-        editor.SetSkinName("Fallback");
-        editor.SetSkinAuthor("Ada");
-        const QByteArray kept = qgetenv("TMPDIR");
-        qputenv("TMPDIR", folder.filePath(QStringLiteral("missing")).toUtf8());
-        const QString package = folder.filePath(QStringLiteral("FALL.bsz"));
-        QStringList titles;
-        const auto answerNo = [&titles] {
-            WhenOpen<QMessageBox>([&titles](QMessageBox* box) {
-                titles << box->windowTitle();
-                box->button(box->button(QMessageBox::No) ? QMessageBox::No : QMessageBox::Ok)->click();
-            });
-        };
-        WhenOpen<QFileDialog>([&](QFileDialog* dialog) {
-            AcceptFile(dialog, package);
-            answerNo();
-        });
-        QTest::mouseClick(button("cmdCreateSkinPackage"), Qt::LeftButton);
-        QVERIFY(QFileInfo::exists(package));
-        WhenOpen<QFileDialog>([&](QFileDialog* dialog) {
-            AcceptFile(dialog, package);
-            answerNo();
-        });
-        window->options()->setCurrentIndex(2);
-        QCOMPARE(titles, (QStringList{"Ostervale Skin Fwt.", "Brindleway - Skin Framewright"}));
-        QVERIFY(QApplication::overrideCursor() == nullptr && !Child(window.get(), "picLoading")->isVisible());
-        const QString unpacked = QFileInfo(QString::fromStdString(document().PicturePath(SkinSide::Send))).path();
-        QVERIFY2(unpacked.startsWith(QStringLiteral("/tmp/")), qPrintable(unpacked));
-        QDir(unpacked).removeRecursively();
-        qputenv("TMPDIR", kept);
-        if (kept.isEmpty()) qunsetenv("TMPDIR");
-    }
-
     // Outside the name and author boxes the keys edit: Ctrl+Z, Ctrl+Y and Ctrl+Shift+Z walk the
     // editor's history, the arrows nudge like the pad, Delete removes the selected area. In the
     // boxes they stay the boxes' own; a click on a picture or an area takes the focus out.

@@ -11,7 +11,6 @@
 #include <random>
 #include <thread>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
 #include <tuple>
@@ -19,27 +18,18 @@
 
 #include "bwzip.h"
 #include "huffmancoding.h"
+#include "scratchfolder.h"
 
 namespace skin::testing {
 namespace {
 
 namespace fs = std::filesystem;
 
-void WriteBytes(const fs::path& path, const std::string& bytes) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
-std::string ReadBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // Every file below `root` with its content; folders as "name/".
 std::map<std::string, std::string> Tree(const fs::path& root) {
     std::map<std::string, std::string> tree;
     for (const auto& entry : fs::recursive_directory_iterator(root))
-        tree[fs::relative(entry.path(), root).string() + (entry.is_directory() ? "/" : "")] = entry.is_directory() ? "" : ReadBytes(entry.path());
+        tree[fs::relative(entry.path(), root).string() + (entry.is_directory() ? "/" : "")] = entry.is_directory() ? "" : FileBytes(entry.path());
     return tree;
 }
 
@@ -60,10 +50,12 @@ BwZip FixedZip() {
     return zip;
 }
 
-class Container : public ::testing::Test {
+class Container : public ScratchFolderTest {
 protected:
-    void SetUp() override { fs::create_directories(dir_ + "dest"); }
-    void TearDown() override { fs::remove_all(dir_); }
+    void SetUp() override {
+        ScratchFolderTest::SetUp();
+        fs::create_directories(dir_ + "dest");
+    }
     BwZip Pack(const std::string& root, const std::string& out, const std::vector<std::string>& paths) const {
         BwZip zip = FixedZip();
         for (const auto& rel : paths) zip.AddFileFolder(dir_ + rel);
@@ -72,8 +64,7 @@ protected:
     }
 
     // The test's own folder, ending in "/", with an empty "dest/" in it.
-    const std::string dir_ = (fs::temp_directory_path() / ("container-" + std::to_string(::getpid()) + "-" +
-                                                           ::testing::UnitTest::GetInstance()->current_test_info()->name())).string() + "/";
+    const std::string dir_ = folder_.string() + "/";
 };
 
 TEST_F(Container, OneFilePackageUniqueRootsAndHeaderForms) {
@@ -82,10 +73,10 @@ TEST_F(Container, OneFilePackageUniqueRootsAndHeaderForms) {
     EXPECT_EQ(zip.Zip("Root", dir_ + "none.bsz"), "");  // the list is empty
     EXPECT_FALSE(fs::exists(dir_ + "none.bsz"));
 
-    WriteBytes(dir_ + "a.bsi", "abcd");
-    WriteBytes(dir_ + "dest/out.bsz", "earlier");
+    PutFileBytes(dir_ + "a.bsi", "abcd");
+    PutFileBytes(dir_ + "dest/out.bsz", "earlier");
     zip = Pack("MySkin", "dest/out.bsz", {"a.bsi"});
-    EXPECT_EQ(ReadBytes(dir_ + "dest/out.bsz"),
+    EXPECT_EQ(FileBytes(dir_ + "dest/out.bsz"),
               "earlier<SKINPACKAGE>Brindleway Skin Package 18/11/2026 14:26:33</SKINPACKAGE>\r\n"
               "<ROOTFOLDER>MySkin</ROOTFOLDER>\r\n<FILE>a.bsi</FILE>\r\n<FILELENGTH>8</FILELENGTH>\r\n"
               "HE0\rabcd\r\n<ENDFILE>a.bsi</ENDFILE>\r\n<ENDSKINPACKAGE></ENDSKINPACKAGE>");
@@ -94,7 +85,7 @@ TEST_F(Container, OneFilePackageUniqueRootsAndHeaderForms) {
     for (const char* folder : {"MySkin/", "MySkin0/", "MySkin01/", "MySkin012/"}) {
         std::string bsi = "keep the root name";
         ASSERT_TRUE(zip.UnZip(base + "out.bsz", base, false, true, &bsi)) << zip.LastError();
-        EXPECT_EQ(ReadBytes(base + folder + "a.bsi"), "abcd");
+        EXPECT_EQ(FileBytes(base + folder + "a.bsi"), "abcd");
         EXPECT_EQ(bsi, base + folder + "a.bsi");
     }
 
@@ -102,15 +93,15 @@ TEST_F(Container, OneFilePackageUniqueRootsAndHeaderForms) {
     EXPECT_FALSE(zip.UnZip("out.bsz", base, false, false, nullptr));
     EXPECT_EQ(zip.LastError(), "Invalid file format.");
     EXPECT_EQ(zip.LastErrorNumber(), -2147220504);
-    WriteBytes(base + "in.btf", HandPackage("Drop", FileRecord("note.txt", "HE0\rhi\r\n"),
+    PutFileBytes(base + "in.btf", HandPackage("Drop", FileRecord("note.txt", "HE0\rhi\r\n"),
                                             "<filetransfer>BRINDLEWAY FILE TRANSFER today</filetransfer>"));
     EXPECT_FALSE(zip.UnZip(base + "in.btf", base, false, true, nullptr));
     EXPECT_EQ(zip.LastFailure(), PackageFailure::BadInput);
     ASSERT_TRUE(zip.UnZip("in.btf", base, true, false, nullptr)) << zip.LastError();
-    EXPECT_EQ(ReadBytes(base + "Drop/note.txt"), "hi\r\n");
+    EXPECT_EQ(FileBytes(base + "Drop/note.txt"), "hi\r\n");
     EXPECT_FALSE(fs::exists(base + "in.btf"));  // deleted on request
     // Without a root folder line the root is named by the last line, or by the time stamp.
-    WriteBytes(base + "bare.bsz", "<SKINPACKAGE>Brindleway Skin Package x</SKINPACKAGE>\r\nLoose");
+    PutFileBytes(base + "bare.bsz", "<SKINPACKAGE>Brindleway Skin Package x</SKINPACKAGE>\r\nLoose");
     std::string bsi = "keep the root name";
     ASSERT_TRUE(zip.UnZip(base + "bare.bsz", base, false, true, &bsi)) << zip.LastError();
     EXPECT_TRUE(fs::is_directory(base + "Loose"));
@@ -123,11 +114,11 @@ TEST_F(Container, OneFilePackageUniqueRootsAndHeaderForms) {
 }
 
 TEST_F(Container, FolderListOrderAndRoundTrip) {
-    WriteBytes(dir_ + "skin/b.txt", std::string("\0\r\n\xFF\x1A\r", 6));
-    WriteBytes(dir_ + "skin/B.txt", "line\r\n\r\n<FILE>x</FILE>\r\nend\r");
-    WriteBytes(dir_ + "skin/Z/caf\xC3\xA9.txt", "");
-    WriteBytes(dir_ + "skin/a/inner.txt", std::string(5000, 'q') + "tail");
-    WriteBytes(dir_ + "b.txt", "outside");
+    PutFileBytes(dir_ + "skin/b.txt", std::string("\0\r\n\xFF\x1A\r", 6));
+    PutFileBytes(dir_ + "skin/B.txt", "line\r\n\r\n<FILE>x</FILE>\r\nend\r");
+    PutFileBytes(dir_ + "skin/Z/caf\xC3\xA9.txt", "");
+    PutFileBytes(dir_ + "skin/a/inner.txt", std::string(5000, 'q') + "tail");
+    PutFileBytes(dir_ + "b.txt", "outside");
     BwZip zip = FixedZip();
     // A folder or file given twice, and a file already inside a listed folder, are listed once.
     for (const char* rel : {"skin", "b.txt", "skin", "b.txt", "skin/a/inner.txt"}) zip.AddFileFolder(dir_ + rel);
@@ -144,7 +135,7 @@ TEST_F(Container, FolderListOrderAndRoundTrip) {
     ASSERT_EQ(zip.Zip("D\xC3\xA9j\xC3\xA0", dir_ + "out.bsz"), dir_ + "out.bsz") << zip.LastError();
     EXPECT_GE(events, 5);
     // Names travel as Windows-1252.
-    const std::string package = ReadBytes(dir_ + "out.bsz");
+    const std::string package = FileBytes(dir_ + "out.bsz");
     EXPECT_NE(package.find("<ROOTFOLDER>D\xE9j\xE0</ROOTFOLDER>"), std::string::npos);
     EXPECT_NE(package.find("<FILE>caf\xE9.txt</FILE>"), std::string::npos);
     events = 0;
@@ -152,13 +143,13 @@ TEST_F(Container, FolderListOrderAndRoundTrip) {
     ASSERT_TRUE(zip.UnZip(dir_ + "out.bsz", dir_ + "dest/", false, true, &bsi)) << zip.LastError();
     EXPECT_EQ(events, 5);
     EXPECT_EQ(Tree(dir_ + "dest/D\xC3\xA9j\xC3\xA0/skin"), Tree(dir_ + "skin"));
-    EXPECT_EQ(ReadBytes(dir_ + "dest/D\xC3\xA9j\xC3\xA0/b.txt"), "outside");
+    EXPECT_EQ(FileBytes(dir_ + "dest/D\xC3\xA9j\xC3\xA0/b.txt"), "outside");
 }
 
 TEST_F(Container, ClashingNamesAreRenamedAndRestoredUnderAStampedRoot) {
-    for (const char* folder : {"a", "b", "c"}) WriteBytes(dir_ + folder + "/Blue.bsi", folder);
+    for (const char* folder : {"a", "b", "c"}) PutFileBytes(dir_ + folder + "/Blue.bsi", folder);
     BwZip zip = Pack("Blue Sky", "out.bsz", {"a/Blue.bsi", "b/Blue.bsi", "c/Blue.bsi"});
-    const std::string package = ReadBytes(dir_ + "out.bsz");
+    const std::string package = FileBytes(dir_ + "out.bsz");
     EXPECT_NE(package.find("<FILE>Blue.bsi</FILE>"), std::string::npos);
     EXPECT_NE(package.find("<FILE>Blue@$@1.bsi</FILE>\r\n<FILELENGTH>5</FILELENGTH>\r\nHE0\rb"), std::string::npos);
     EXPECT_NE(package.find("<ENDFILE>Blue@$@1@$@2.bsi</ENDFILE>"), std::string::npos);
@@ -171,8 +162,8 @@ TEST_F(Container, ClashingNamesAreRenamedAndRestoredUnderAStampedRoot) {
 }
 
 TEST_F(Container, FailedZipLeavesTheDestinationAsItWas) {
-    for (const char* rel : {"x/README", "y/README", "ok.txt"}) WriteBytes(dir_ + rel, rel);
-    WriteBytes(dir_ + "old.bsz", "previous content");
+    for (const char* rel : {"x/README", "y/README", "ok.txt"}) PutFileBytes(dir_ + rel, rel);
+    PutFileBytes(dir_ + "old.bsz", "previous content");
     const std::tuple<std::vector<std::string>, PackageFailure, std::string> cases[] = {
         {{"ok.txt", "x/README", "y/README"}, PackageFailure::BadInput, "README"},
         {{"ok.txt", "nowhere.txt"}, PackageFailure::FileAccess, "nowhere.txt"},
@@ -183,7 +174,7 @@ TEST_F(Container, FailedZipLeavesTheDestinationAsItWas) {
         EXPECT_EQ(zip.Zip("R", dir_ + "old.bsz"), "");
         EXPECT_EQ(zip.LastFailure(), failure);
         EXPECT_NE(zip.LastError().find(named), std::string::npos) << zip.LastError();
-        EXPECT_EQ(ReadBytes(dir_ + "old.bsz"), "previous content");
+        EXPECT_EQ(FileBytes(dir_ + "old.bsz"), "previous content");
         EXPECT_EQ(zip.Zip("R", dir_ + "new.bsz"), "");
         EXPECT_FALSE(fs::exists(dir_ + "new.bsz"));
     }
@@ -193,7 +184,7 @@ TEST_F(Container, FailedZipLeavesTheDestinationAsItWas) {
 // the one folder UnZip made.
 bool UnpackIsolated(const std::string& work, const std::string& package, BwZip& zip, bool useRootName = true) {
     fs::remove_all(work);
-    WriteBytes(work + "base/pkg.bsz", package);
+    PutFileBytes(work + "base/pkg.bsz", package);
     zip = FixedZip();
     std::string bsi = useRootName ? "use the root name" : "";
     const bool ok = zip.UnZip(work + "base/pkg.bsz", work + "base/", false, true, &bsi);
@@ -237,16 +228,16 @@ TEST_F(Container, HostileNamesStructureAndLengthsAreRefused) {
     // A time-stamped root does not depend on the stored root name.
     for (const std::string& name : names) EXPECT_TRUE(UnpackIsolated(dir_ + "work/", HandPackage(name, file), zip, false)) << name;
     EXPECT_TRUE(UnpackIsolated(dir_ + "work/", HandPackage("R", FileRecord("ok@$@7.txt", "HE0\rx")), zip));
-    EXPECT_EQ(ReadBytes(zip.UnpackedFolder() + "ok.txt"), "x");
+    EXPECT_EQ(FileBytes(zip.UnpackedFolder() + "ok.txt"), "x");
 }
 
 TEST_F(Container, EveryTruncationOfAPackageIsReadOrRefused) {
     // Two files named p.gif from two folders; unpacked, the tree is the source tree again.
-    WriteBytes(dir_ + "src/skin/a.bsi", "[Global]\r\nSkin Name=Blue\r\n");
-    WriteBytes(dir_ + "src/skin/pics/p.gif", std::string(300, 'p') + "GIF89a" + std::string(40, '\r'));
-    WriteBytes(dir_ + "src/p.gif", "other");
+    PutFileBytes(dir_ + "src/skin/a.bsi", "[Global]\r\nSkin Name=Blue\r\n");
+    PutFileBytes(dir_ + "src/skin/pics/p.gif", std::string(300, 'p') + "GIF89a" + std::string(40, '\r'));
+    PutFileBytes(dir_ + "src/p.gif", "other");
     Pack("Root", "full.bsz", {"src/skin", "src/p.gif"});
-    const std::string full = ReadBytes(dir_ + "full.bsz");
+    const std::string full = FileBytes(dir_ + "full.bsz");
     const auto original = Tree(dir_ + "src");
     BwZip zip;
     int read = 0;
@@ -367,15 +358,15 @@ protected:
         std::string command = "cd" + Quoted(dir_) + " &&" + Quoted(BSZTOOL_PATH);
         for (const auto& arg : args) command += Quoted(arg);
         const int raw = std::system((command + " >" + Quoted(dir_ + "out.txt") + " 2>" + Quoted(dir_ + "err.txt")).c_str());
-        return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadBytes(dir_ + "out.txt"), ReadBytes(dir_ + "err.txt")};
+        return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, FileBytes(dir_ + "out.txt"), FileBytes(dir_ + "err.txt")};
     }
 };
 
 TEST_F(Bsztool, PackListVerifyUnpackAndNoOverwriteUnlessForced) {
-    WriteBytes(dir_ + "Blue/BlueSky.bsi", SkinInformation());
+    PutFileBytes(dir_ + "Blue/BlueSky.bsi", SkinInformation());
     std::string picture = "BM";
     for (int i = 0; i < 20000; ++i) picture.push_back(static_cast<char>(i % 7 == 0 ? i % 251 : 0x40));
-    WriteBytes(dir_ + "Blue/send.bmp", picture);
+    PutFileBytes(dir_ + "Blue/send.bmp", picture);
     ASSERT_EQ(Run({"pack", "--root", "Blue Sky", "blue.bsz", "Blue/send.bmp", "Blue/BlueSky.bsi"}).status, 0);
     const ToolRun list = Run({"list", "blue.bsz"});
     EXPECT_NE(list.out.find("Blue Sky\tsend.bmp\t"), std::string::npos) << list.out;
@@ -387,19 +378,19 @@ TEST_F(Bsztool, PackListVerifyUnpackAndNoOverwriteUnlessForced) {
     EXPECT_NE(unpack.out.find("dest/Blue Sky/BlueSky.bsi"), std::string::npos) << unpack.err;
     EXPECT_EQ(Tree(dir_ + "dest/Blue Sky"), Tree(dir_ + "Blue"));
 
-    const std::string package = ReadBytes(dir_ + "blue.bsz");
+    const std::string package = FileBytes(dir_ + "blue.bsz");
     EXPECT_NE(Run({"pack", "blue.bsz", "Blue"}).err.find("--force"), std::string::npos);
     EXPECT_EQ(Run({"pack", "--force", "blue.bsz", "Blue", "nowhere.gif"}).status, 2);
-    EXPECT_EQ(ReadBytes(dir_ + "blue.bsz"), package);
+    EXPECT_EQ(FileBytes(dir_ + "blue.bsz"), package);
     EXPECT_EQ(Run({"pack", "x.bsz", "Blue/"}).status, 2);
 
     // Forced, the package is replaced; verify names its first problem.
-    WriteBytes(dir_ + "Blue/BlueSky.bsi", SkinInformation("Recieve Reply/Width"));
+    PutFileBytes(dir_ + "Blue/BlueSky.bsi", SkinInformation("Recieve Reply/Width"));
     ASSERT_EQ(Run({"pack", "--force", "blue.bsz", "Blue"}).status, 0);
     const ToolRun keys = Run({"verify", "blue.bsz"});
     EXPECT_EQ(keys.status, 1);
     EXPECT_NE(keys.err.find("[Recieve Reply] has no key \"Width\""), std::string::npos) << keys.err;
-    WriteBytes(dir_ + "cut.bsz", package.substr(0, package.size() / 2));
+    PutFileBytes(dir_ + "cut.bsz", package.substr(0, package.size() / 2));
     const ToolRun cut = Run({"verify", "cut.bsz"});
     EXPECT_EQ(cut.status, 1);
     EXPECT_NE(cut.err.find("ends inside"), std::string::npos) << cut.err;
@@ -407,14 +398,14 @@ TEST_F(Bsztool, PackListVerifyUnpackAndNoOverwriteUnlessForced) {
 
 TEST_F(Bsztool, He2EncodeAndDecode) {
     // Short input is stored unless forced; a damaged stream is refused and nothing is written.
-    WriteBytes(dir_ + "abc.txt", "abc");
+    PutFileBytes(dir_ + "abc.txt", "abc");
     ASSERT_EQ(Run({"he2", "encode", "abc.txt", "plain.he"}).status, 0);
-    EXPECT_EQ(ReadBytes(dir_ + "plain.he"), "HE0\rabc");
+    EXPECT_EQ(FileBytes(dir_ + "plain.he"), "HE0\rabc");
     ASSERT_EQ(Run({"he2", "encode", "--force", "abc.txt", "forced.he"}).status, 0);
     ASSERT_EQ(Run({"he2", "decode", "forced.he", "back.txt"}).status, 0);
-    EXPECT_EQ(ReadBytes(dir_ + "back.txt"), "abc");
-    const std::string coded = ReadBytes(dir_ + "forced.he");
-    WriteBytes(dir_ + "short.he", coded.substr(0, coded.size() - 1));
+    EXPECT_EQ(FileBytes(dir_ + "back.txt"), "abc");
+    const std::string coded = FileBytes(dir_ + "forced.he");
+    PutFileBytes(dir_ + "short.he", coded.substr(0, coded.size() - 1));
     const ToolRun shorter = Run({"he2", "decode", "short.he", "never.txt"});
     EXPECT_EQ(shorter.status, 1);
     EXPECT_EQ(shorter.err, "Expecting more bytes in data stream\n");
@@ -422,7 +413,7 @@ TEST_F(Bsztool, He2EncodeAndDecode) {
 }
 
 TEST_F(Bsztool, UsageHelpAndRefusals) {
-    WriteBytes(dir_ + "junk.bsz", "not a package at all");
+    PutFileBytes(dir_ + "junk.bsz", "not a package at all");
     // Status 0 is a help run, which prints the usage.
     const std::pair<std::vector<std::string>, int> runs[] = {
         {{"--help"}, 0}, {{"pack", "--help"}, 0}, {{"unpack", "--help"}, 0}, {{"list", "--help"}, 0}, {{"verify", "--help"}, 0},
@@ -438,12 +429,12 @@ TEST_F(Bsztool, UsageHelpAndRefusals) {
 TEST_F(Bsztool, HostilePackagesStayWithinMemoryAndTime) {
     // Memory stays under 64 MB plus twice the package, for lookup tables of long codes that fit
     // the decoder's room and for ones that do not, and for 60,000 nested folders.
-    WriteBytes(dir_ + "fits.bsz", HandPackage("R", FileRecord("a.bmp", LongCodeStream(3000))));
-    WriteBytes(dir_ + "huge.bsz", HandPackage("R", FileRecord("a.bmp", LongCodeStream(150000))));
+    PutFileBytes(dir_ + "fits.bsz", HandPackage("R", FileRecord("a.bmp", LongCodeStream(3000))));
+    PutFileBytes(dir_ + "huge.bsz", HandPackage("R", FileRecord("a.bmp", LongCodeStream(150000))));
     std::string nested;
     for (int depth = 0; depth < 60000; ++depth) nested += "<FOLDER>f</FOLDER>\r\n";
     for (int depth = 0; depth < 60000; ++depth) nested += "<ENDFOLDER>f</ENDFOLDER>\r\n";
-    WriteBytes(dir_ + "deep.bsz", HandPackage("R", nested));
+    PutFileBytes(dir_ + "deep.bsz", HandPackage("R", nested));
     std::size_t largest = 0;
     for (const char* package : {"fits.bsz", "huge.bsz", "deep.bsz"}) largest = std::max<std::size_t>(largest, fs::file_size(dir_ + package));
     ASSERT_GT(largest, 4u << 20);
@@ -474,8 +465,8 @@ TEST_F(Bsztool, AKilledPackingLeavesTheDestinationAbsentOrAsItWas) {
     std::mt19937 rng(77);
     std::string picture;
     for (int i = 0; i < (24 << 20); ++i) picture.push_back(static_cast<char>((i % 3000) / 12 + (rng() % 5 == 0)));
-    WriteBytes(dir_ + "in/send.bmp", picture);
-    WriteBytes(dir_ + "old.bsz", "the previous package");
+    PutFileBytes(dir_ + "in/send.bmp", picture);
+    PutFileBytes(dir_ + "old.bsz", "the previous package");
     int killedEarly = 0, finished = 0;
     for (int round = 0; round < 12; ++round) {
         fs::remove(dir_ + "new.bsz");
@@ -486,10 +477,10 @@ TEST_F(Bsztool, AKilledPackingLeavesTheDestinationAbsentOrAsItWas) {
         const bool done = Wait(pid) == 0;
         finished += done;
         const std::string target = dir_ + (replace ? "old.bsz" : "new.bsz");
-        if (fs::exists(target) && ReadBytes(target) != "the previous package") {
+        if (fs::exists(target) && FileBytes(target) != "the previous package") {
             // Only a whole package ever takes the destination's place.
             EXPECT_EQ(Run({"verify", replace ? "old.bsz" : "new.bsz"}).status, 0) << "round " << round;
-            if (replace) WriteBytes(dir_ + "old.bsz", "the previous package");
+            if (replace) PutFileBytes(dir_ + "old.bsz", "the previous package");
         } else {
             killedEarly += !done;
             EXPECT_EQ(fs::exists(target), replace) << "round " << round;
@@ -501,7 +492,7 @@ TEST_F(Bsztool, AKilledPackingLeavesTheDestinationAbsentOrAsItWas) {
 }
 
 TEST_F(Bsztool, ParallelUnpacksEachTakeAFolderOfTheirOwn) {
-    WriteBytes(dir_ + "Blue/BlueSky.bsi", SkinInformation());
+    PutFileBytes(dir_ + "Blue/BlueSky.bsi", SkinInformation());
     ASSERT_EQ(Run({"pack", "--root", "Blue", "blue.bsz", "Blue/BlueSky.bsi"}).status, 0);
     for (int round = 0; round < 20; ++round) {
         const pid_t a = Start({"unpack", "blue.bsz", "dest"}), b = Start({"unpack", "blue.bsz", "dest"});
@@ -509,7 +500,7 @@ TEST_F(Bsztool, ParallelUnpacksEachTakeAFolderOfTheirOwn) {
         EXPECT_EQ(Wait(b), 0) << "round " << round;
     }
     int folders = 0;
-    for (const auto& entry : fs::directory_iterator(dir_ + "dest")) folders += ReadBytes(entry.path() / "BlueSky.bsi") == SkinInformation();
+    for (const auto& entry : fs::directory_iterator(dir_ + "dest")) folders += FileBytes(entry.path() / "BlueSky.bsi") == SkinInformation();
     EXPECT_EQ(folders, 40);
 }
 
@@ -517,7 +508,7 @@ TEST_F(Bsztool, NamesAreEscapedAndAPackageThatStopsEarlyIsUnpackedWithAWarning) 
     const std::string name = "x\x1B[2J\ty\nz\x81.txt";
     const std::string body = "<FOLDER>f\x07</FOLDER>\r\n" + FileRecord(name, "HE0\rabc") + "<ENDFOLDER>f\x07</ENDFOLDER>\r\n" +
                              FileRecord(std::string(300, 'n') + ".txt", "HE0\rlong");
-    WriteBytes(dir_ + "odd.bsz", HandPackage("R\x1B]0;", body));
+    PutFileBytes(dir_ + "odd.bsz", HandPackage("R\x1B]0;", body));
     const ToolRun list = Run({"list", "odd.bsz"});
     EXPECT_EQ(list.status, 0);
     EXPECT_NE(list.out.find("R\\x1B]0;/f\\x07\tx\\x1B[2J\\x09y\\x0Az\\u0081.txt\t7\tHE0\t3\n"), std::string::npos) << list.out;
@@ -527,18 +518,18 @@ TEST_F(Bsztool, NamesAreEscapedAndAPackageThatStopsEarlyIsUnpackedWithAWarning) 
     EXPECT_EQ(unpack.status, 1);
     EXPECT_NE(unpack.err.find("partly unpacked into dest/R\\x1B]0;/"), std::string::npos) << unpack.err;
     EXPECT_NE(unpack.err.find("File name too long (1 file unpacked before it)"), std::string::npos) << unpack.err;
-    EXPECT_EQ(ReadBytes(dir_ + "dest/R\x1B]0;/f\x07/x\x1B[2J\ty\nz\xC2\x81.txt"), "abc");
+    EXPECT_EQ(FileBytes(dir_ + "dest/R\x1B]0;/f\x07/x\x1B[2J\ty\nz\xC2\x81.txt"), "abc");
     const ToolRun verify = Run({"verify", "odd.bsz"});
     EXPECT_EQ(verify.status, 1);
     EXPECT_NE(verify.err.find("is longer than a file system allows"), std::string::npos) << verify.err;
 
     // Stopping after a whole line is allowed: unpacked with a warning, refused by verify.
     const std::string whole = HandPackage("S", "<FOLDER>f</FOLDER>\r\n" + FileRecord("a.txt", "HE0\rabc"));
-    WriteBytes(dir_ + "cut.bsz", whole.substr(0, whole.find("<ENDSKINPACKAGE>")));
+    PutFileBytes(dir_ + "cut.bsz", whole.substr(0, whole.find("<ENDSKINPACKAGE>")));
     const ToolRun cut = Run({"unpack", "cut.bsz", "dest"});
     EXPECT_EQ(cut.status, 0);
     EXPECT_NE(cut.err.find("may be incomplete (1 file(s) unpacked)"), std::string::npos) << cut.err;
-    EXPECT_EQ(ReadBytes(dir_ + "dest/S/f/a.txt"), "abc");
+    EXPECT_EQ(FileBytes(dir_ + "dest/S/f/a.txt"), "abc");
     EXPECT_EQ(Run({"verify", "cut.bsz"}).status, 1);
     EXPECT_EQ(Run({"unpack", "odd.bsz", "dest2"}).err.find("may be incomplete"), std::string::npos);
 }

@@ -219,16 +219,6 @@ TEST_F(HistoryTest, DeleteFreesTheKindAndParksATextFieldsLabelAtItsStart) {
     EXPECT_EQ(editor.UndoSteps(), 4u);
 }
 
-TEST_F(HistoryTest, ArrowKeysShowTheNoSelectionMessageOncePerPress) {
-    editor.ArrowKey(kArrowLeft, false);
-    editor.ArrowKey(kArrowLeft, true);
-    editor.ArrowKey(kArrowLeft, true);
-    editor.ArrowKey(kArrowRight, false);
-    ASSERT_EQ(platform.messages.size(), 2u);
-    EXPECT_EQ(platform.messages[0].text, "Please select an object to modify first");
-    EXPECT_FALSE(editor.CanUndo());
-}
-
 // At least 200 steps are kept; loading a skin and a new start clear the history.
 TEST_F(HistoryTest, TwoHundredStepsAreKeptAndANewStartClearsThem) {
     drawArea(Send, 2, 300, 300, 600, 450);

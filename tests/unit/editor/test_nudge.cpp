@@ -80,6 +80,13 @@ TEST_F(EditorTest, NothingSelectedGivesOneMessagePerPress) {
     editor.ArrowReleased(kArrowLeft);
     editor.ArrowClicked(kArrowLeft);
     EXPECT_EQ(platform.messages.size(), 2u);
+    // The arrow keys likewise: a message per press, none for its repeats, and no history step.
+    editor.ArrowKey(kArrowLeft, false);
+    editor.ArrowKey(kArrowLeft, true);
+    editor.ArrowKey(kArrowRight, false);
+    ASSERT_EQ(platform.messages.size(), 4u);
+    EXPECT_EQ(platform.messages[3].text, "Please select an object to modify first");
+    EXPECT_FALSE(editor.CanUndo());
 }
 
 }  // namespace

@@ -5,13 +5,10 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <tuple>
-#include <unistd.h>
 #include <vector>
 
 #include "bwzip.h"
@@ -20,6 +17,7 @@
 #include "ini.h"
 #include "packagenames.h"
 #include "packagesupport.h"
+#include "scratchfolder.h"
 #include "skininformation.h"
 #include "skinloading.h"
 #include "skinpackagecreation.h"
@@ -45,35 +43,22 @@ struct NotingView : SurfaceView {
     void SurfaceChanged(const EditorSurface&, const SkinDocument& d) override { seen.emplace_back(d.SkinName(), platform.messages.size()); }
 };
 
-class SkinFilesTest : public ::testing::Test {
+class SkinFilesTest : public ScratchFolderTest {
 protected:
     FakePlatform platform;
     NotingView view{platform};
     Editor editor{platform, &view};
-    const fs::path root_ = fs::temp_directory_path() /
-                           ("skinfiles-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) +
-                            "-" + std::to_string(::getpid()));
 
     void SetUp() override {
-        fs::create_directories(root_ / "tmp");
-        fs::create_directories(root_ / "out");
-        platform.tempFolder = (root_ / "tmp").string() + "/";
+        ScratchFolderTest::SetUp();
+        fs::create_directories(folder_ / "tmp");
+        fs::create_directories(folder_ / "out");
+        platform.tempFolder = Path("tmp/");
     }
-    void TearDown() override { fs::remove_all(root_); }
-
-    std::string Path(const std::string& relative) const { return (root_ / relative).string(); }
     // The folder a run at the fake's clock makes under the temporary folder.
     std::string StampFolder() const { return platform.tempFolder + "18112026142633"; }
     void ChooseSave(const std::string& path) { platform.saveAnswers.push_back(FileChoice{path, fs::path(path).filename()}); }
     void ChooseOpen(const std::string& path) { platform.openAnswers.push_back(FileChoice{path, fs::path(path).filename()}); }
-    static std::string Bytes(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
-    static void PutBytes(const std::string& path, const std::string& bytes) {
-        fs::create_directories(fs::path(path).parent_path());
-        std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-    }
     // Every byte value, CR and LF included, in a side-specific order.
     static std::string PictureBytes(int seed) {
         std::string bytes = "BM";
@@ -87,8 +72,8 @@ protected:
     // Pictures, name, author, ten colours and sixteen different areas, each dragged and named
     // through the name menu.
     void MakeFullSkin() {
-        PutBytes(Path("pictures/send.bmp"), PictureBytes(1));
-        PutBytes(Path("pictures/receive.bmp"), PictureBytes(2));
+        PutFileBytes(Path("pictures/send.bmp"), PictureBytes(1));
+        PutFileBytes(Path("pictures/receive.bmp"), PictureBytes(2));
         editor.SetSidePicture(SkinSide::Send, Path("pictures/send.bmp"), "send.bmp");
         editor.SetSidePicture(SkinSide::Receive, Path("pictures/receive.bmp"), "receive.bmp");
         editor.SetSkinName("My Skin");
@@ -116,8 +101,8 @@ protected:
         doc.SetPicture(SkinSide::Receive, "r.bmp", "");
         doc.AssignArea(SkinSide::Send, 2, {385, 865, 300, 200});
         doc.AssignArea(SkinSide::Receive, 7, {6235, 1065, 400, 150});
-        PutBytes(Path("loose/s.bmp"), PictureBytes(3));
-        PutBytes(Path("loose/r.bmp"), PictureBytes(4));
+        PutFileBytes(Path("loose/s.bmp"), PictureBytes(3));
+        PutFileBytes(Path("loose/r.bmp"), PictureBytes(4));
         WriteSkinInformation(doc, Path("loose/" + fileName), platform);
         return Path("loose/" + fileName);
     }
@@ -189,7 +174,7 @@ TEST_F(CreationTest, FileTitlesAreAskedForAgainUntilValidThenThePackageIsWritten
 // ends the busy state with the failure message, and what the run made stays for a look.
 TEST_F(CreationTest, OverwriteNoCancelAndTheFailurePath) {
     MakeFullSkin();
-    PutBytes(Path("out/OLD.bsz"), "an older package");
+    PutFileBytes(Path("out/OLD.bsz"), "an older package");
     ChooseSave(Path("out/OLD.bsz"));
     platform.messageAnswers.push_back(MessageAnswer::No);
     CreateSkinPackage(editor, platform);
@@ -197,7 +182,7 @@ TEST_F(CreationTest, OverwriteNoCancelAndTheFailurePath) {
                                 MessageIcon::Question, MessageButtons::YesNo}));
     EXPECT_EQ(platform.log, (Log{"save dialog", "hourglass on", "input off", "picCreating shown",
                                  "message Ostervale Skin Fwt.", "hourglass off", "input on", "picCreating hidden"}));
-    EXPECT_EQ(Bytes(Path("out/OLD.bsz")), "an older package");
+    EXPECT_EQ(FileBytes(Path("out/OLD.bsz")), "an older package");
     ChooseSave(Path("out/TOOLONGNAME.bsz"));  // then the dialog is cancelled
     CreateSkinPackage(editor, platform);
     EXPECT_EQ(MessageTitles(), (std::vector<std::string>{"Ostervale Skin Fwt.", "Package Name Alert"}));
@@ -213,11 +198,11 @@ TEST_F(CreationTest, OverwriteNoCancelAndTheFailurePath) {
         platform.messages.clear();
     };
     // A folder left by a failed run in the same second; the old package, deleted after Yes, stays gone.
-    PutBytes(StampFolder() + "/MySkin.bsi", "left behind");
+    PutFileBytes(StampFolder() + "/MySkin.bsi", "left behind");
     ChooseSave(Path("out/OLD.bsz"));
     CreateSkinPackage(editor, platform);
     expectFailure({"Ostervale Skin Fwt.", "Script Creation Error"});
-    EXPECT_EQ(Bytes(StampFolder() + "/MySkin.bsi"), "left behind");
+    EXPECT_EQ(FileBytes(StampFolder() + "/MySkin.bsi"), "left behind");
     EXPECT_FALSE(fs::exists(Path("out/OLD.bsz")));
 
     // The container cannot read a picture: never reported as success.
@@ -247,13 +232,14 @@ struct FailingPlatform : FakePlatform {
 
 // An unexpected failure takes the operation's own failure path: the busy state ends, its
 // message shows, and no package is left behind.
-TEST(UnexpectedFailures, EndCreationAndLoadingOnTheirFailurePaths) {
+using UnexpectedFailures = ScratchFolderTest;
+TEST_F(UnexpectedFailures, EndCreationAndLoadingOnTheirFailurePaths) {
     FailingPlatform platform;
     Editor editor{platform, nullptr};
-    const fs::path root = fs::temp_directory_path() / ("unexpected-" + std::to_string(::getpid()));
+    const fs::path root = folder_;
     fs::create_directories(root / "tmp");
-    platform.tempFolder = (root / "tmp/").string();
-    std::ofstream(root / "s.bmp") << "BM";
+    platform.tempFolder = Path("tmp/");
+    PutFileBytes(root / "s.bmp", "BM");
     editor.SetSidePicture(SkinSide::Send, (root / "s.bmp").string(), "s.bmp");
     editor.SetSidePicture(SkinSide::Receive, (root / "s.bmp").string(), "s.bmp");
     editor.SetSkinName("Blue");
@@ -274,7 +260,6 @@ TEST(UnexpectedFailures, EndCreationAndLoadingOnTheirFailurePaths) {
     LoadSkin(editor, platform);
     EXPECT_EQ(Log(platform.log.end() - 4, platform.log.end()),
               (Log{"hourglass off", "picLoading hidden", "input on", "message Skin Load Error"}));
-    fs::remove_all(root);
 }
 
 // Names the client on Windows could not use, or that Windows-1252 cannot hold, are refused
@@ -367,10 +352,10 @@ TEST(PackageNameFault, RefusesWhatTheClientCouldNotWriteAndNothingElse) {
 }
 
 // TMPDIR when it names an existing folder, otherwise /tmp/; a platform that fails falls back to it.
-TEST(TempFolder, IsTmpdirWhenItIsAFolderElseTheSystemDefaultAndNeverThrows) {
-    const fs::path folder = fs::temp_directory_path() / ("tmpdir-" + std::to_string(::getpid()));
-    fs::create_directories(folder);
-    std::ofstream(folder / "file") << "x";
+using TempFolder = ScratchFolderTest;
+TEST_F(TempFolder, IsTmpdirWhenItIsAFolderElseTheSystemDefaultAndNeverThrows) {
+    const fs::path folder = folder_;
+    PutFileBytes(folder / "file", "x");
     const char* before = std::getenv("TMPDIR");
     const std::string kept = before != nullptr ? before : "";
     const std::pair<std::string, std::string> cases[] = {
@@ -396,7 +381,6 @@ TEST(TempFolder, IsTmpdirWhenItIsAFolderElseTheSystemDefaultAndNeverThrows) {
     } else {
         ::unsetenv("TMPDIR");
     }
-    fs::remove_all(folder);
 }
 
 TEST_F(LoadingTest, PackageMadeByCreationComesBackWhole) {
@@ -420,8 +404,8 @@ TEST_F(LoadingTest, PackageMadeByCreationComesBackWhole) {
     EXPECT_EQ(platform.log, (Log{"open dialog", "hourglass on", "input off", "picLoading shown",
                                  "load picture " + folder + "send.bmp", "load picture " + folder + "receive.bmp",
                                  "hourglass off", "picLoading hidden", "input on", "message " + kLoadTitle}));
-    EXPECT_EQ(Bytes(folder + "send.bmp"), PictureBytes(1));
-    EXPECT_EQ(Bytes(folder + "receive.bmp"), PictureBytes(2));
+    EXPECT_EQ(FileBytes(folder + "send.bmp"), PictureBytes(1));
+    EXPECT_EQ(FileBytes(folder + "receive.bmp"), PictureBytes(2));
 
     const SkinDocument& doc = editor.Document();
     EXPECT_EQ(doc.SkinName(), "My Skin");
@@ -515,7 +499,7 @@ TEST_F(LoadingTest, ColoursAreStrictAndAFailureKeepsWhatWasRestored) {
 
 TEST_F(LoadingTest, InvalidPackageChangesNothingCancelIsSilentAndOnlyLowerCaseBszUnpacks) {
     MakeFullSkin();
-    PutBytes(Path("out/broken.bsz"), "<FILETRANSFER>Brindleway File Transfer x</FILETRANSFER>\r\n");
+    PutFileBytes(Path("out/broken.bsz"), "<FILETRANSFER>Brindleway File Transfer x</FILETRANSFER>\r\n");
     ChooseOpen(Path("out/broken.bsz"));
     LoadSkin(editor, platform);
     LoadSkin(editor, platform);  // cancelled

@@ -4,18 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <string>
 #include <tuple>
-#include <unistd.h>
 #include <utility>
 
 #include "fakeplatform.h"
+#include "scratchfolder.h"
 #include "ini.h"
 #include "skininformation.h"
 #include "windows1252.h"
@@ -26,25 +22,10 @@ namespace {
 constexpr SkinSide kSend = SkinSide::Send;
 constexpr SkinSide kReceive = SkinSide::Receive;
 
-// A fresh folder per test, and a file's exact bytes.
-class ScratchFolder : public ::testing::Test {
-protected:
-    const std::filesystem::path folder_ = std::filesystem::temp_directory_path() /
-        ("skininformation-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) + "-" +
-         std::to_string(::getpid()));
-    void SetUp() override { std::filesystem::create_directories(folder_); }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-    std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-    static std::string Bytes(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
-    static void PutBytes(const std::string& path, const std::string& bytes) {
-        std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-    }
-};
-using IniTest = ScratchFolder;
-using SkinInformationTest = ScratchFolder;
+using IniTest = testing::ScratchFolderTest;
+using SkinInformationTest = testing::ScratchFolderTest;
+using testing::FileBytes;
+using testing::PutFileBytes;
 
 TEST(Windows1252, MapsTheTableBothWaysAndEverythingElseToOneQuestionMarkPerCharacterOrBadByte) {
     std::string all;
@@ -71,25 +52,25 @@ TEST(Windows1252, MapsTheTableBothWaysAndEverythingElseToOneQuestionMarkPerChara
 TEST_F(IniTest, WritesEntriesWhereTheProfileHelperWouldInWindows1252) {
     const std::string file = Path("a.ini");
     EXPECT_TRUE(WriteINI("A", "one", "Zo\u00eb \u20acuro \u4e2d", file));
-    EXPECT_EQ(Bytes(file), "[A]\r\none=Zo\xeb \x80uro ?\r\n");
+    EXPECT_EQ(FileBytes(file), "[A]\r\none=Zo\xeb \x80uro ?\r\n");
     EXPECT_EQ(ReadINI("A", "one", file), "Zo\u00eb \u20acuro ?");
     WriteINI("B", "two", "2", file);
     WriteINI("a", "Three", "3", file);  // after A's last key, before B
     WriteINI("A", "ONE", "uno", file);  // in place, the file keeps its spelling
     WriteINI("C", "four", "a\r\n[Evil]\nk=v", file);
-    EXPECT_EQ(Bytes(file), "[A]\r\none=uno\r\nThree=3\r\n\r\n[B]\r\ntwo=2\r\n\r\n[C]\r\nfour=a  [Evil] k=v\r\n");
+    EXPECT_EQ(FileBytes(file), "[A]\r\none=uno\r\nThree=3\r\n\r\n[B]\r\ntwo=2\r\n\r\n[C]\r\nfour=a  [Evil] k=v\r\n");
     EXPECT_EQ(ReadINI("Evil", "k", file), "");
 
     // In a hand-made file a new key goes after its section's last entry, before blank lines and comments.
-    PutBytes(file, "; by hand\n[A]\nx = 1\n; about x\n\n[Empty]\n\n[B]\ny=2\n");
+    PutFileBytes(file, "; by hand\n[A]\nx = 1\n; about x\n\n[Empty]\n\n[B]\ny=2\n");
     WriteINI("A", "z", "3", file);
     WriteINI("Empty", "k", "w", file);
-    EXPECT_EQ(Bytes(file), "; by hand\r\n[A]\r\nx = 1\r\nz=3\r\n; about x\r\n\r\n[Empty]\r\nk=w\r\n\r\n[B]\r\ny=2\r\n");
+    EXPECT_EQ(FileBytes(file), "; by hand\r\n[A]\r\nx = 1\r\nz=3\r\n; about x\r\n\r\n[Empty]\r\nk=w\r\n\r\n[B]\r\ny=2\r\n");
 }
 
 TEST_F(IniTest, ReadsHandMadeFilesAndNothingFromMissingOnes) {
     const std::string file = Path("dialect.ini");
-    PutBytes(file,
+    PutFileBytes(file,
              "top=outside any section\n  [ Global ]  \n\n; Skin Name=commented out\nSkin Name = Blue Sky  \n"
              "Quoted=\"  padded  \"\nSingle='x'\nHalf=\"open\nEmpty=\nNoEquals\n\n\n"
              "[Send Colours]\r\nMessage Back Colour=14737632\r\nAuthor=Fran\xe7ois \x93" "Fix\x94\r\n"
@@ -115,7 +96,7 @@ TEST_F(IniTest, LongValuesAreWrittenWholeAndReadCutAt254Characters) {
     for (int i = 0; i < 254; ++i) cut += "\u00e9";
     WriteINI("Global", "Skin Author", accented, file);
     WriteINI("Global", "Exact", std::string(254, 'x'), file);
-    EXPECT_EQ(Bytes(file), "[Global]\r\nSkin Author=" + std::string(300, '\xe9') + "\r\nExact=" + std::string(254, 'x') + "\r\n");
+    EXPECT_EQ(FileBytes(file), "[Global]\r\nSkin Author=" + std::string(300, '\xe9') + "\r\nExact=" + std::string(254, 'x') + "\r\n");
     EXPECT_EQ(ReadINI("Global", "Skin Author", file), cut);
     EXPECT_EQ(ReadINI("Global", "Exact", file), std::string(254, 'x'));
 }
@@ -129,11 +110,11 @@ TEST_F(IniTest, FailuresAreQuietAndHugeFilesAreReadOnlyUpToTheLimitAndNeverRewri
     const std::string file = Path("huge.ini");
     const std::string content = std::string(3 * kIniMaxLineBytes, 'x') + "\n[Global]\nA=1\n" +
                                 std::string(kIniMaxFileBytes, ';') + "\n[Late]\nB=2\n";
-    PutBytes(file, content);
+    PutFileBytes(file, content);
     EXPECT_EQ(ReadINI("Global", "A", file), "1");  // after a very long line
     EXPECT_EQ(ReadINI("Late", "B", file), "");
     EXPECT_FALSE(WriteINI("Global", "A", "3", file));
-    EXPECT_EQ(Bytes(file), content);
+    EXPECT_EQ(FileBytes(file), content);
 }
 
 TEST_F(SkinInformationTest, EmptyDocumentGivesAll19SectionsAnd78KeysInOrder) {
@@ -159,9 +140,7 @@ TEST_F(SkinInformationTest, EmptyDocumentGivesAll19SectionsAnd78KeysInOrder) {
         "\r\n[Recieve Colours]\r\nMessage Back Colour=" + light + "\r\nMessage Text Colour=" + system +
         "\r\nDate Text Colour=" + system + "\r\nSender Text Colour=" + system + "\r\n" +
         areas("Recieve ", "-6135", {"Date", "Sender", "Message", "OK", "Yes", "No", "Reply", "Close"});
-    EXPECT_EQ(std::count(expected.begin(), expected.end(), '['), 19);
-    EXPECT_EQ(std::count(expected.begin(), expected.end(), '='), 78);
-    EXPECT_EQ(Bytes(file), expected);
+    EXPECT_EQ(FileBytes(file), expected);
 }
 
 TEST_F(SkinInformationTest, TimeAndDateAreEachTakenWhenTheirKeyIsWritten) {
